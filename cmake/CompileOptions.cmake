@@ -1,0 +1,23 @@
+# The options of our own code: every target of this project links vireon-options. The sanitizer
+# is chosen by the preset ("address;undefined", "thread" or empty).
+set(VIREON_SANITIZERS "" CACHE STRING "Sanitizers for our own code, separated by semicolons")
+
+add_library(vireon-options INTERFACE)
+target_compile_options(vireon-options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual -Werror)
+target_compile_definitions(vireon-options INTERFACE
+    QT_DEPRECATED_WARNINGS
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_MESSAGELOGCONTEXT)
+
+if(VIREON_SANITIZERS)
+    list(JOIN VIREON_SANITIZERS "," sanitizerList)
+    add_compile_options(-fsanitize=${sanitizerList} -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${sanitizerList})
+    if("undefined" IN_LIST VIREON_SANITIZERS)
+        add_compile_options(-fno-sanitize-recover=undefined)
+        # Qt's own libraries carry no type information that the vptr check could read.
+        add_compile_options(-fno-sanitize=vptr)
+    endif()
+endif()

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+
+#include <atomic>
+
+/**
+ * Watches the size of the primary screen and judges the refresh rates of all screens.
+ *
+ * A worker thread polls once a second; the screens themselves are only ever read on the GUI
+ * thread, since they come and go there: each round the worker asks it for the size and waits
+ * 200 ms at most. No answer, or an empty size, means no change in that round.
+ */
+class ResolutionChangeNotifier : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The watcher. The first call makes it, with @p parent, and starts the poll; it must come
+    /// from the GUI thread.
+    static ResolutionChangeNotifier* instance(QObject* parent = nullptr);
+
+    /// Ends the poll after its current round. instance() keeps answering the old pointer.
+    ~ResolutionChangeNotifier() override;
+
+    /// The lowest refresh rate of all screens in Hz, each cut to a whole number. GUI thread only;
+    /// 0 when there is no screen.
+    static int getMinDispFrequency();
+
+    /// Whether that rate is above 50 Hz: below, writing lags visibly behind the pen.
+    static bool isOptimumFreq();
+
+signals:
+    /// The primary screen's new full size in px. Comes from the watcher's thread. It also comes
+    /// once after the start when a panel takes room: the first size known is the available one.
+    void resolutionChanged(int width, int height);
+
+private slots:
+    void listenToResolution();
+
+private:
+    explicit ResolutionChangeNotifier(QObject* parent);
+
+    void logScreens() const;
+    QSize askForScreenSize();
+
+    static ResolutionChangeNotifier* _instance;
+
+    std::atomic<int> width {0};
+    std::atomic<int> height {0};
+    std::atomic<bool> keepListening {true};
+};
