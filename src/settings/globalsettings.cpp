@@ -385,8 +385,9 @@ void GS::loadUserSettings()
 
 void GS::readUserLines(QTextStream& stream)
 {
-    for (std::size_t number = 0; !stream.atEnd(); ++number) {
-        const QString line = stream.readLine();
+    // Ends at the first read that fails: atEnd() trusts the file's size, which not all files keep.
+    QString line;
+    for (std::size_t number = 0; stream.readLineInto(&line); ++number) {
         const auto store = Overloaded {
             [&](int GS::*field) { this->*field = line.toInt(); },
             [&](bool GS::*field) { this->*field = line.toInt() != 0; },
