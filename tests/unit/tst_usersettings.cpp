@@ -20,6 +20,7 @@ struct WriteLog
     dev_t device = 0;
     ino_t inode = 0;
     QByteArrayList calls;
+    QList<qint64> sizesBefore; ///< of the file
 };
 
 WriteLog writeLog;
@@ -35,8 +36,10 @@ extern "C" ssize_t write(int descriptor, const void* data, size_t size)
     {
     };
     if (writeLog.inode && fstat(descriptor, &status) == 0 && status.st_ino == writeLog.inode
-        && status.st_dev == writeLog.device)
+        && status.st_dev == writeLog.device) {
         writeLog.calls << QByteArray(static_cast<const char*>(data), int(size));
+        writeLog.sizesBefore << status.st_size;
+    }
     return real(descriptor, data, size);
 }
 
@@ -81,7 +84,8 @@ private slots:
     void savedNumbersHaveSixDigits();
     void savedValuesAreReadBack();
     void saveReplacesALongerFile();
-    void saveIsOneWrite();
+    void saveIsOneWriteOverTheOldText();
+    void tailOfAnOlderTextIsIgnored();
     void saveCreatesTheFileButNoDirectory();
     void saveToWhatIsNoFileDoesNothing_data();
     void saveToWhatIsNoFileDoesNothing();
@@ -541,18 +545,27 @@ void TestUserSettings::saveReplacesALongerFile()
     QCOMPARE(saved(), defaultLines().join('\n') + '\n');
 }
 
-void TestUserSettings::saveIsOneWrite()
+void TestUserSettings::saveIsOneWriteOverTheOldText()
 {
-    write(file, "old");
+    write(file, QByteArray(1000, 'x'));
     struct stat status
     {
     };
     QCOMPARE(stat(QFile::encodeName(file).constData(), &status), 0);
-    writeLog = {status.st_dev, status.st_ino, {}};
+    writeLog = {status.st_dev, status.st_ino, {}, {}};
     freshSettings()->saveUserSettings();
-    const QByteArrayList calls = writeLog.calls;
+    const WriteLog seen = writeLog;
     writeLog = {};
-    QCOMPARE(calls, QByteArrayList {defaultLines().join('\n') + '\n'});
+    QCOMPARE(seen.calls, QByteArrayList {defaultLines().join('\n') + '\n'});
+    QCOMPARE(seen.sizesBefore, QList<qint64> {1000}); // never empty in between
+}
+
+void TestUserSettings::tailOfAnOlderTextIsIgnored()
+{
+    // What a process leaves that ends between the write and the cut.
+    const auto settings = freshSettings();
+    load(*settings, defaultLines().join('\n') + "\n9\n1\n");
+    QCOMPARE(settingsChanges(*freshSettings(), *settings), Changes());
 }
 
 void TestUserSettings::saveCreatesTheFileButNoDirectory()
