@@ -25,15 +25,24 @@ std::atomic<unsigned> handOver {0};
 /// The open lock file, made when missing; -1 with errno set on failure.
 int openLockFile(const QByteArray& name)
 {
-    // Two calls: with O_CREAT the kernel may refuse another user's file in a sticky directory.
     const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    int descriptor = open(name.constData(), flags);
-    if (descriptor < 0 && errno == ENOENT)
-        descriptor = open(name.constData(), flags | O_CREAT, lockFileMode);
-    // Against a strict umask; refused for another user's file, whose mode its owner has set.
+    int descriptor = -1;
+    do {
+        // Two calls: with O_CREAT the kernel may refuse another user's file in a sticky directory.
+        descriptor = open(name.constData(), flags);
+        if (descriptor >= 0 || errno != ENOENT)
+            return descriptor;
+        descriptor = open(name.constData(), flags | O_CREAT | O_EXCL, lockFileMode);
+    } while (descriptor < 0 && errno == EEXIST);
     if (descriptor >= 0)
-        fchmod(descriptor, lockFileMode);
+        fchmod(descriptor, lockFileMode); // against a strict umask
     return descriptor;
+}
+
+bool isRegular(int descriptor)
+{
+    struct stat opened = {};
+    return fstat(descriptor, &opened) == 0 && S_ISREG(opened.st_mode);
 }
 
 /// Whether the open file is still the one at @p name: a cleaner of old files may have been there.
@@ -67,8 +76,8 @@ FileLock::FileLock(const QString& path, int waitMs)
             qDebug() << "cannot open lock file" << path << std::strerror(errno);
             return;
         }
-        if (!lockBefore(deadline, opened)) {
-            qDebug() << "lock file is held by another process" << path << std::strerror(errno);
+        if (!isRegular(opened) || !lockBefore(deadline, opened)) {
+            qDebug() << "gave up waiting for lock file" << path;
             close(opened);
             return;
         }

@@ -19,8 +19,8 @@ public:
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    /// False when the wait was over first, or when there is no way to open the file; both are
-    /// logged.
+    /// False when the wait was over first, or when there is no way to open the file or something
+    /// else is in its place; the log tells.
     bool isHeld() const { return descriptor >= 0; }
 
 private:

@@ -1,9 +1,9 @@
 // One copy of a guarded program: guardsubject KEY. It obeys words on standard input, each on a line
-// of its own, and answers each but "spin" with one line:
+// of its own, and answers each with one line:
 //   try    make a guard and try to run: "won", or "refused" and the program ends
 //   ask    make a guard and tell whether another copy runs: "running" or "free"
 //   lock   take all that a guard takes while it works: "locked"
-//   spin   make guards, try to run and end, for ever
+//   spin   make guards, try to run and drop them, for ever: "spinning"
 //   end    destroy all guards and end: "ended"
 #include "app/filelock.h"
 #include "app/runguard.h"
@@ -28,6 +28,7 @@ void say(const char* answer)
 
 void spin(const QString& key)
 {
+    say("spinning");
     for (;;) {
         RunGuard guard(key);
         guard.tryToRun();
@@ -55,14 +56,15 @@ int main(int argc, char** argv)
     bool ended = false;
     std::string word;
     while (!ended && std::getline(std::cin, word)) {
-        if (word == "lock")
+        if (word == "lock") {
             lock(key);
-        else if (word == "spin")
+        } else if (word == "spin") {
             spin(key);
-        else if (word == "end")
+        } else if (word == "end") {
             ended = true;
-        else if (!guard)
+        } else if (!guard) {
             guard = std::make_unique<RunGuard>(key);
+        }
         if (word == "ask")
             say(guard->isAnotherRunning() ? "running" : "free");
         if (word == "try") {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFileInfo>
+#include "systemvobjects.h"
+
 #include <QProcess>
 #include <QStringList>
 
@@ -19,6 +20,7 @@ public:
         const QString program = words.takeFirst();
         process.start(program, words);
         process.waitForStarted();
+        SystemVObjects::users().insert(static_cast<pid_t>(process.processId()));
     }
 
     ~SubjectProcess()
