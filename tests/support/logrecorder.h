@@ -4,6 +4,7 @@
 #include <QString>
 #include <QVector>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 
@@ -80,8 +81,8 @@ public:
 private:
     static void handle(QtMsgType type, const QMessageLogContext&, const QString& text)
     {
-        if (current)
-            current->record(type, text);
+        if (LogRecorder* recorder = current)
+            recorder->record(type, text);
     }
 
     void record(QtMsgType type, const QString& text)
@@ -91,7 +92,7 @@ private:
         released.wait(lock, [&] { return heldStart.isEmpty() || !text.startsWith(heldStart); });
     }
 
-    inline static LogRecorder* current = nullptr;
+    inline static std::atomic<LogRecorder*> current {nullptr};
 
     QtMessageHandler previous = nullptr;
     QElapsedTimer clock;
