@@ -15,10 +15,15 @@ bool replacesStart(const QVector<Statement>& changes)
     });
 }
 
-bool hasReaction(const QVector<Statement>& changes, const QByteArray& letter)
+/// Whether @p changes leave nothing of the healthy engine's reaction to @p letter: what prints or
+/// changes only the firmware comes on top of it.
+bool replacesReaction(const QVector<Statement>& changes, const QByteArray& letter)
 {
     return std::any_of(changes.begin(), changes.end(), [&letter](const Statement& s) {
-        return s.kind == Statement::On && s.letters.contains(letter);
+        const Action& action = s.step.action;
+        return s.kind == Statement::On && s.letters.contains(letter)
+            && (action.decidesResult() || action.kind == Action::Die
+                || action.kind == Action::Ignore);
     });
 }
 
@@ -55,7 +60,7 @@ QVector<Statement> remainderOf(const QVector<Statement>& healthy, const QVector<
         if (unwritten && statement.step.action.touchesStatusFile())
             continue;
         const auto replaced = [&changes](const QByteArray& letter) {
-            return hasReaction(changes, letter);
+            return replacesReaction(changes, letter);
         };
         auto& letters = statement.letters;
         letters.erase(std::remove_if(letters.begin(), letters.end(), replaced), letters.end());
