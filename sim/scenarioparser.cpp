@@ -16,7 +16,7 @@ bool readStarts(const QByteArray& word, int& first, int& last)
     const int dash = word.indexOf('-');
     bool firstOk = false;
     bool lastOk = true;
-    first = word.left(dash).toInt(&firstOk);
+    first = (dash < 0 ? word : word.left(dash)).toInt(&firstOk);
     if (dash < 0)
         last = first;
     else if (dash + 1 < word.size())
