@@ -75,7 +75,7 @@ void TestSettingsStart::prepare(const QString& root)
     program = root + "/app/settingssubject";
     for (const QString& name : {home + "/Documents", workingDirectory, root + "/app/config"})
         QVERIFY(QDir().mkpath(name));
-    QVERIFY(QFile::copy(SETTINGS_SUBJECT, program));
+    QVERIFY(QFile::copy(QStringLiteral(SUBJECT_DIR "/settingssubject"), program));
     environment.insert("HOME", home);
     environment.insert("XDG_CONFIG_HOME", home + "/.config");
     environment.insert("SUBJECT_VAR", root + "/var");
