@@ -8,8 +8,8 @@ import tempfile
 
 import pytest
 
-from rig import App, Desktop, wait_for
-from rig.processes import adopt_orphans, descendants_of, end, name_of
+from rig import App, Desktop, adopt_orphans, wait_for
+from rig.processes import descendants_of, end, name_of
 
 
 def pytest_configure():
@@ -54,9 +54,7 @@ def install(desktop, directory, request):
     apps = []
 
     def make(**options):
-        place = directory / f"copy{len(apps)}"
-        place.mkdir()
-        apps.append(App(desktop, place, **options))
+        apps.append(App(desktop, directory / f"copy{len(apps)}", **options))
         return apps[-1]
 
     yield make
@@ -97,7 +95,8 @@ def _tell_about(app):
     print(f"exit status: {app.process.poll()}, running: {app.programs_running()}")
     print("shown:", app.texts() if app.is_running() else "nothing")
     print("journal:", *app.journal(), sep="\n  ")
-    print("log:", *app.log()[-60:], sep="\n  ")
+    log = [line for line in app.log() if "Could not open the file!" not in line]
+    print("log:", *log[-60:], sep="\n  ")
     print("faults:", *app.faults(), sep="\n  ")
 
 

@@ -7,6 +7,7 @@ judges by the engine's journal, by what the window shows and by the files that a
 
 from .app import App
 from .desktop import Desktop
-from .processes import is_running, memory_of, wait_for
+from .processes import adopt_orphans, is_running, memory_of, wait_for
+from .stage import stage
 
-__all__ = ["App", "Desktop", "is_running", "memory_of", "wait_for"]
+__all__ = ["App", "Desktop", "adopt_orphans", "is_running", "memory_of", "stage", "wait_for"]

@@ -219,7 +219,7 @@ class App:
         return left
 
     def _install(self, built):
-        self.programs.mkdir()
+        self.programs.mkdir(parents=True)
         for name in _PROGRAMS:
             shutil.copy2(os.path.join(built, name), self.programs / name)
         shutil.copytree(os.path.join(built, "config"), self.programs / "config")
