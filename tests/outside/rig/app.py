@@ -152,18 +152,16 @@ class App:
     def key(self, *keys):
         self.desktop.key(*keys)
 
-    def window_ids(self):
-        """X ids of its visible windows."""
-        try:
-            return self.desktop.run("xdotool", "search", "--onlyvisible", "--pid", self.pid,
-                                    "--name", ".").split()
-        except subprocess.CalledProcessError:
-            return []
+    def windows(self):
+        """X ids of its windows on the screen, the lowest first."""
+        listed = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
+        return [window for window in re.findall(r"0x[0-9a-f]+", listed)
+                if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
 
     def screenshot(self, path):
-        """Saves a picture of its window."""
-        window = processes.wait_for(self.window_ids, what="a window")[-1]
-        self.desktop.run("import", "-window", window, path)
+        """Saves a picture of its topmost window with the frame around it."""
+        window = processes.wait_for(self.windows, what="a window")[-1]
+        self.desktop.run("import", "-window", window, "-frame", path)
 
     # --- What it left -----------------------------------------------------------------------
 
