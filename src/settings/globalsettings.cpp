@@ -359,6 +359,7 @@ void GS::applyProductVariant()
 void GS::deriveCameraGeometry()
 {
     cameraPixelCount = wrappedProduct(cameraWidth, cameraHeight);
+    // Whole halves.  NOLINTNEXTLINE(bugprone-integer-division)
     cameraCentre = EVector(cameraWidth / 2, cameraHeight / 2);
     cameraHalfDiagonal = cameraCentre.length();
 }

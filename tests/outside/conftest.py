@@ -1,0 +1,110 @@
+"""Fixtures: a desktop and installations of the program on it, gone without a trace afterwards."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+import pytest
+
+from rig import App, Desktop, adopt_orphans, wait_for
+from rig.processes import descendants_of, end, name_of
+
+
+def pytest_configure():
+    adopt_orphans()
+
+
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item, call):
+    report = (yield).get_result()
+    setattr(item, f"failed_in_{report.when}", report.failed)
+
+
+@pytest.fixture
+def directory():
+    """A short-named directory of the test's own."""
+    path = pathlib.Path(tempfile.mkdtemp(prefix="vireon-"))
+    yield path
+    shutil.rmtree(path)
+
+
+@pytest.fixture
+def desktop(directory):
+    place = directory / "desktop"
+    place.mkdir()
+    desktop = Desktop(place)
+    yield desktop
+    desktop.stop()
+    left = descendants_of(os.getpid())
+    names = [name_of(pid) for pid in left]
+    for pid in left:
+        end(pid)
+    assert not left, f"processes left behind: {names}"
+
+
+@pytest.fixture
+def install(desktop, directory, request):
+    """install(scenario=..., home=..., environment=...): a copy of the program, not yet started.
+
+    At the end of the test each copy that still runs is told to quit, and must do so cleanly;
+    warnings on its log that nobody allowed fail the test.
+    """
+    apps = []
+
+    def make(**options):
+        apps.append(App(desktop, directory / f"copy{len(apps)}", **options))
+        return apps[-1]
+
+    yield make
+    if getattr(request.node, "failed_in_call", True):
+        for app in apps:
+            _tell_about(app)
+            app.cleanup()
+        return
+    for app in apps:
+        _finish(app)
+
+
+@pytest.fixture
+def app(install):
+    """A started program with an engine that behaves well."""
+    return install().start()
+
+
+def _finish(app):
+    """Quits the program and looks at what it leaves."""
+    try:
+        if app.is_running():
+            assert app.quit() == 0
+        wait_for(lambda: not app.programs_running(), 15,
+                 what=lambda: f"an end of {app.programs_running()}")
+        assert not app.faults(), "\n".join(app.faults())
+    except BaseException:
+        _tell_about(app)
+        raise
+    finally:
+        app.cleanup()
+
+
+def _tell_about(app):
+    """What one wants to know about a program after a failure."""
+    if app.process is None:
+        return
+    print(f"exit status: {app.process.poll()}, running: {app.programs_running()}")
+    print("shown:", app.texts() if app.is_running() else "nothing")
+    print("journal:", *app.journal(), sep="\n  ")
+    log = [line for line in app.log() if "Could not open the file!" not in line]
+    print("log:", *log[-60:], sep="\n  ")
+    print("faults:", *app.faults(), sep="\n  ")
+
+
+@pytest.fixture(scope="session")
+def locales(tmp_path_factory):
+    """A directory for LOCPATH with ja_JP.UTF-8 and de_DE.UTF-8, whatever the machine has."""
+    place = tmp_path_factory.mktemp("locales")
+    for name in ("ja_JP", "de_DE"):
+        subprocess.run(["localedef", "-i", name, "-f", "UTF-8", place / f"{name}.UTF-8"], check=True)
+    yield place
+    shutil.rmtree(place)

@@ -1,0 +1,13 @@
+"""Runs the real program on a desktop of its own and tells what it did.
+
+A test gets a `Desktop` (screen, window manager, session bus, accessibility bus) and one or more
+`App`s on it (a copy of the program with its engine, in a directory and a HOME of its own). It
+judges by the engine's journal, by what the window shows and by the files that are left.
+"""
+
+from .app import App
+from .desktop import Desktop
+from .processes import adopt_orphans, is_running, memory_of, wait_for
+from .stage import stage
+
+__all__ = ["App", "Desktop", "adopt_orphans", "is_running", "memory_of", "stage", "wait_for"]

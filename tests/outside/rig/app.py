@@ -1,0 +1,232 @@
+"""The program under test: a copy of it in an application directory of its own."""
+
+import os
+import re
+import shutil
+import signal
+import subprocess
+
+from . import processes
+from .journal import read_journal
+
+# Lines of Qt's message log that are no fault of the program.
+ALLOWED_WARNINGS = (
+    # Ending the engine, or a tool that hangs, is what destroying its process object is for.
+    re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
+)
+_WARNING = re.compile(r"^\[(warning|critical|fatal)\]")
+_CLICKABLE = ("push button", "menu item", "check box", "radio button")
+_PROGRAMS = ("vireon", "vireon-main", "vireon-sdk")
+
+
+def built_programs():
+    """The directory of the programs to test: what CTest says, else the release build."""
+    default = os.path.join(os.path.dirname(__file__), "../../../build/release/bin")
+    return os.path.realpath(os.environ.get("VIREON_BIN", default))
+
+
+class App:
+    """One installation of the program and, once started, its process.
+
+    directory    where everything of it goes: "app" (programs, configuration), "tmp", the logs
+    home         its HOME; "Documents" is made in it
+    environment  variables on top of the desktop's; None removes one
+    scenario     text of the simulated engine's scenario
+    """
+
+    def __init__(self, desktop, directory, home=None, environment=None, scenario=None):
+        self.desktop = desktop
+        self.directory = directory
+        self.home = home or directory / "home"
+        self.programs = directory / "app"
+        self.temporary = directory / "tmp"
+        self.journal_path = directory / "journal"
+        self.scenario_path = directory / "engine.scenario"
+        self.process = None
+        self._environment = dict(environment or {})
+        self._log_path = directory / "stderr"
+        self._output_path = directory / "stdout"
+        (self.home / "Documents").mkdir(parents=True, exist_ok=True)
+        self.temporary.mkdir(parents=True, exist_ok=True)
+        self._install(built_programs())
+        if scenario is not None:
+            self.scenario_path.write_text(scenario)
+
+    # --- The program ------------------------------------------------------------------------
+
+    def start(self, *arguments):
+        """Starts it; returns at once. Its log and output go on in the same files."""
+        with open(self._log_path, "ab") as log, open(self._output_path, "ab") as output:
+            self.process = processes.spawn(
+                [self.programs / "vireon", *arguments], env=self.environment(),
+                cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=log)
+        return self
+
+    def environment(self):
+        variables = dict(self.desktop.environment)
+        variables.update({
+            "HOME": str(self.home),
+            "TMPDIR": str(self.temporary),
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "QT_QUICK_BACKEND": "software",
+            "LIBGL_ALWAYS_SOFTWARE": "1",
+            "QT_MESSAGE_PATTERN": "[%{type}] %{message}",
+            "VIREON_SIM_JOURNAL": str(self.journal_path),
+        })
+        if self.scenario_path.exists():
+            variables["VIREON_SIM_SCENARIO"] = str(self.scenario_path)
+        variables.update(self._sanitizer_options())
+        variables.update(self._environment)
+        return {name: value for name, value in variables.items() if value is not None}
+
+    @property
+    def pid(self):
+        return self.process.pid
+
+    def is_running(self):
+        return self.process is not None and self.process.poll() is None
+
+    def wait(self, timeout=processes.PATIENCE):
+        """Waits for its end; the exit status, negative for a signal."""
+        return self.process.wait(timeout)
+
+    def signal(self, number):
+        os.kill(self.pid, number)
+
+    def quit(self):
+        """Asks it to leave, as the session does at its end; the exit status."""
+        self.signal(signal.SIGTERM)
+        return self.wait()
+
+    def programs_running(self):
+        """The ids of all running processes that are programs of this installation, by name."""
+        found = {}
+        for pid in processes.descendants_of(os.getpid()):
+            try:
+                path = os.readlink(f"/proc/{pid}/exe").removesuffix(" (deleted)")
+            except OSError:
+                continue
+            if os.path.dirname(path) == str(self.programs):
+                found.setdefault(os.path.basename(path), []).append(pid)
+        return found
+
+    def engine_pids(self):
+        return self.programs_running().get("vireon-main", [])
+
+    def engine_pid(self):
+        """The id of the one running engine, once there is one."""
+        return processes.wait_for(lambda: self.engine_pids(), what="a running engine")[0]
+
+    # --- Its window -------------------------------------------------------------------------
+
+    def items(self):
+        """All visible items, empty when there is no window."""
+        return self.desktop.reader.items(self.pid)
+
+    def texts(self):
+        """The visible texts."""
+        return [item.name for item in self.items()
+                if item.name and item.role in ("label", "static", "text")]
+
+    def shows(self, text):
+        """Whether one of the visible texts contains this."""
+        return any(text in shown for shown in self.texts())
+
+    def wait_until_shows(self, text, timeout=processes.PATIENCE):
+        processes.wait_for(lambda: self.shows(text), timeout,
+                           what=lambda: f"the text {text!r}; shown: {self.texts()}")
+
+    def clickable(self, name):
+        """The visible button or menu entry of this name, once it has come to rest, or None."""
+        def found():
+            return next((item for item in self.items()
+                         if item.name == name and item.role in _CLICKABLE), None)
+        first = found()
+        return first if first == found() else None
+
+    def click(self, name):
+        """Clicks the button or menu entry of this name with the mouse."""
+        item = processes.wait_for(lambda: self.clickable(name), what=f"{name!r} to click")
+        self.desktop.click(*item.centre)
+
+    def key(self, *keys):
+        self.desktop.key(*keys)
+
+    def windows(self):
+        """X ids of its windows on the screen, the lowest first."""
+        listed = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
+        return [window for window in re.findall(r"0x[0-9a-f]+", listed)
+                if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
+
+    def screenshot(self, path):
+        """Saves a picture of its topmost window with the frame around it."""
+        window = processes.wait_for(self.windows, what="a window")[-1]
+        self.desktop.run("import", "-window", window, "-frame", path)
+
+    # --- What it left -----------------------------------------------------------------------
+
+    @property
+    def data(self):
+        """The data directory, which the program and the engine share."""
+        return self.home / "Documents" / "Vireon"
+
+    def files(self):
+        return sorted(entry.name for entry in self.data.iterdir())
+
+    def log(self):
+        """The lines of its message log, each with its kind in brackets."""
+        return self._log_path.read_text(errors="replace").splitlines()
+
+    def log_count(self, pattern):
+        return sum(bool(re.search(pattern, line)) for line in self.log())
+
+    def output(self):
+        """What it printed on standard output."""
+        return self._output_path.read_text(errors="replace")
+
+    def journal(self, kind=None):
+        """What the engine wrote down: all events, the tool's too, or the engine's of one kind."""
+        events = read_journal(self.journal_path)
+        return [event for event in events
+                if kind is None or (event.who == "engine" and event.kind == kind)]
+
+    def letters(self, start=None):
+        """The letters that engines took: all, or those of one start (from 1)."""
+        return [event.letter for event in self.journal("letter") if start in (None, event.start)]
+
+    def faults(self):
+        """Warnings nobody allowed and sanitizer reports: what fails a test by itself."""
+        found = []
+        if self._log_path.exists():
+            found += [line for line in self.log() if _WARNING.match(line)
+                      and not any(pattern.search(line) for pattern in ALLOWED_WARNINGS)]
+        for report in sorted(self.directory.glob("sanitizer.*")):
+            found += [f"{report.name}:\n{report.read_text(errors='replace')[:6000]}"]
+        return found
+
+    def cleanup(self):
+        """Ends whatever runs of it; the names of the programs that were still there."""
+        left = []
+        if self.is_running():
+            processes.end(self.pid)
+            self.wait()
+        for name, pids in self.programs_running().items():
+            left += [name] * len(pids)
+            for pid in pids:
+                processes.end(pid)
+        return left
+
+    def _install(self, built):
+        self.programs.mkdir(parents=True)
+        for name in _PROGRAMS:
+            shutil.copy2(os.path.join(built, name), self.programs / name)
+        shutil.copytree(os.path.join(built, "config"), self.programs / "config")
+
+    def _sanitizer_options(self):
+        """The sanitizers' own variables, with their reports sent to a file beside the logs."""
+        options = {}
+        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"):
+            given = os.environ.get(name)
+            place = f"log_path='{self.directory / 'sanitizer'}'"
+            options[name] = f"{given}:{place}" if given else place
+        return options

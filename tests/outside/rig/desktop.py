@@ -1,0 +1,110 @@
+"""A private desktop without hardware."""
+
+import os
+import subprocess
+
+from . import processes
+from .screenreader import ScreenReader
+
+# No service directories: nothing is started on this bus that was not asked for.
+_BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <keep_umask/>
+  <listen>unix:dir={directory}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+_ACCESSIBILITY_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
+
+
+class Desktop:
+    """A screen in memory with openbox, a session bus and the accessibility bus on it.
+
+    `directory` must exist and be short (sockets are made in it). `environment` is what a program
+    on this desktop needs; it starts from nothing, so that nobody's settings leak in.
+    """
+
+    def __init__(self, directory, size="1920x1080"):
+        self.directory = directory
+        self._processes = []
+        runtime = directory / "run"
+        runtime.mkdir(mode=0o700)
+        home = directory / "desktop-home"
+        home.mkdir()
+        self.environment = {
+            "PATH": "/usr/local/bin:/usr/bin:/bin",
+            "LANG": "C.UTF-8",
+            "HOME": str(home),
+            "XDG_RUNTIME_DIR": str(runtime),
+            "GSETTINGS_BACKEND": "memory",
+        }
+        try:
+            self._start_screen(size)
+            self._start_bus()
+            self._start_accessibility()
+        except BaseException:
+            self.stop()
+            raise
+
+    def stop(self):
+        while self._processes:
+            process = self._processes.pop()
+            processes.end(process.pid)
+            process.wait()
+
+    def run(self, *command):
+        """Runs a tool on this desktop; its standard output."""
+        return subprocess.run([str(word) for word in command], env=self.environment, check=True,
+                              stdout=subprocess.PIPE, timeout=60, text=True).stdout
+
+    def pids(self):
+        """The desktop's own processes."""
+        return [process.pid for process in self._processes]
+
+    def click(self, x, y):
+        self.run("xdotool", "mousemove", x, y, "click", 1)
+
+    def key(self, *keys):
+        self.run("xdotool", "key", *keys)
+
+    def _start(self, *command, report=None):
+        """Starts a part of the desktop; with `report`, waits for the line that it writes there."""
+        options = {"env": self.environment, "stdin": subprocess.DEVNULL,
+                   "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        if report is None:
+            self._processes.append(processes.spawn(command, **options))
+            return None
+        reading, writing = os.pipe()
+        command = [*command, report.format(writing)] if "{" in report else [*command, report, writing]
+        self._processes.append(processes.spawn(command, pass_fds=[writing], **options))
+        os.close(writing)
+        with os.fdopen(reading) as pipe:
+            line = pipe.readline().strip()
+        assert line, f"{command[0]} did not start"
+        return line
+
+    def _start_screen(self, size):
+        number = self._start("Xvfb", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset",
+                             report="-displayfd")
+        self.environment["DISPLAY"] = ":" + number
+        self._start("openbox", "--sm-disable")
+        processes.wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                           what="a window manager")
+
+    def _start_bus(self):
+        configuration = self.directory / "bus.conf"
+        configuration.write_text(_BUS_CONFIGURATION.format(directory=self.directory / "run"))
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start(
+            "dbus-daemon", "--nofork", "--nopidfile", f"--config-file={configuration}",
+            report="--print-address={}")
+
+    def _start_accessibility(self):
+        self._start(_ACCESSIBILITY_LAUNCHER, "--launch-immediately")
+        self.reader = ScreenReader(self.environment["DBUS_SESSION_BUS_ADDRESS"])

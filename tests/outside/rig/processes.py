@@ -1,0 +1,101 @@
+"""Processes: started, looked at and ended by their id, whatever becomes of the test."""
+
+import ctypes
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+_PR_SET_PDEATHSIG = 1
+_PR_SET_CHILD_SUBREAPER = 36
+_libc = ctypes.CDLL(None, use_errno=True)
+
+# Long enough for a sanitizer's build on a busy machine; what is there sooner is seen sooner.
+PATIENCE = 90.0
+
+
+def adopt_orphans():
+    """What a killed program leaves behind becomes a child of this process, and so is found."""
+    _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+
+def _die_with_parent():
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
+
+
+def spawn(command, **options):
+    """Popen, of a process that does not outlive this one."""
+    return subprocess.Popen([str(word) for word in command], preexec_fn=_die_with_parent, **options)
+
+
+def _stat(pid):
+    """State, parent, ... of a process (the fields after its name), or None."""
+    try:
+        return pathlib.Path(f"/proc/{pid}/stat").read_text(errors="replace").rpartition(")")[2].split()
+    except (FileNotFoundError, ProcessLookupError):
+        return None
+
+
+def is_running(pid):
+    """Whether the process exists and is more than an exit status nobody fetched yet."""
+    fields = _stat(pid)
+    return fields is not None and fields[0] not in "ZX"
+
+
+def children_of(pid):
+    """The ids of the running children of a process."""
+    found = []
+    for entry in os.listdir("/proc"):
+        if entry.isdigit():
+            fields = _stat(int(entry))
+            if fields and fields[0] not in "ZX" and int(fields[1]) == pid:
+                found.append(int(entry))
+    return found
+
+
+def descendants_of(pid):
+    found = []
+    for child in children_of(pid):
+        found += [child] + descendants_of(child)
+    return found
+
+
+def name_of(pid):
+    try:
+        return os.path.basename(os.readlink(f"/proc/{pid}/exe"))
+    except OSError:
+        return "?"
+
+
+def memory_of(pid):
+    """Resident memory in bytes."""
+    for line in pathlib.Path(f"/proc/{pid}/status").read_text().splitlines():
+        if line.startswith("VmRSS:"):
+            return int(line.split()[1]) * 1024
+    raise AssertionError(f"no memory figure for process {pid}")
+
+
+def end(pid, patience=10.0):
+    """Ends a process: kindly, then for good."""
+    for number in (signal.SIGTERM, signal.SIGKILL):
+        try:
+            os.kill(pid, number)
+        except ProcessLookupError:
+            return
+        deadline = time.monotonic() + patience
+        while is_running(pid) and time.monotonic() < deadline:
+            time.sleep(0.02)
+
+
+def wait_for(condition, timeout=PATIENCE, what=None, interval=0.03):
+    """The first true result of condition(); fails when the time is up."""
+    deadline = time.monotonic() + timeout
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > deadline:
+            what = what() if callable(what) else what
+            raise AssertionError(f"not within {timeout} s: {what or condition}; last: {result!r}")
+        time.sleep(interval)

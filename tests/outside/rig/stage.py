@@ -1,0 +1,29 @@
+"""A desktop with one installation on it, for scripts."""
+
+import contextlib
+import pathlib
+import shutil
+import tempfile
+
+from .app import App
+from .desktop import Desktop
+
+
+@contextlib.contextmanager
+def stage(scenario=None):
+    """Gives an App that is not yet started; everything of it is gone afterwards."""
+    directory = pathlib.Path(tempfile.mkdtemp(prefix="vireon-"))
+    try:
+        place = directory / "desktop"
+        place.mkdir()
+        desktop = Desktop(place)
+        try:
+            app = App(desktop, directory / "copy", scenario=scenario)
+            try:
+                yield app
+            finally:
+                app.cleanup()
+        finally:
+            desktop.stop()
+    finally:
+        shutil.rmtree(directory)

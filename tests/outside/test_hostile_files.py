@@ -1,0 +1,116 @@
+"""Status files and engine output that no engine should produce."""
+
+import os
+import threading
+import time
+
+import pytest
+
+from rig import memory_of, wait_for
+
+MEGABYTE = 1 << 20
+READY = "Result=0\nFirmware=5\n"
+SILENT = "unwritten\n"
+
+
+def put_in_place(path, text):
+    """Replaces the file in one step."""
+    new = path.with_suffix(".new")
+    new.write_text(text)
+    os.replace(new, path)
+
+
+def make_directory(path):
+    path.mkdir()
+
+
+def make_fifo(path):
+    os.mkfifo(path)
+
+
+def make_endless_line(path):
+    with open(path, "wb") as file:
+        file.truncate(2 << 30)
+
+
+def make_huge(path):
+    with open(path, "wb") as file:
+        file.write(b"Result=-6\n")
+        file.truncate(2 << 30)
+
+
+def make_unopenable(path):
+    path.symlink_to(path.name)
+
+
+@pytest.mark.parametrize("make", [make_directory, make_fifo, make_endless_line, make_huge,
+                                  make_unopenable])
+def test_odd_status_file_does_no_harm(install, make):
+    app = install(scenario=SILENT).start()
+    app.wait_until_shows("Starting up...")
+    app.engine_pid()
+    status = app.data / "pensettings.ini"
+    before = memory_of(app.pid)
+    make(status)
+    if make is make_huge:
+        app.wait_until_shows("not calibrated")
+    else:
+        # Several polls, whatever comes of them.
+        time.sleep(2)
+        assert app.shows("Starting up...")
+    assert memory_of(app.pid) - before < 32 * MEGABYTE
+    if make is make_directory:
+        status.rmdir()
+    put_in_place(status, READY)
+    app.wait_until_shows("Started and ready")
+
+
+def test_status_file_rewritten_all_the_time(install):
+    app = install(scenario=SILENT).start()
+    app.wait_until_shows("Starting up...")
+    app.engine_pid()
+    status = app.data / "pensettings.ini"
+    stop = threading.Event()
+
+    def rewrite():
+        number = 0
+        while not stop.is_set():
+            # Emptied and filled again, in two halves: the reader meets every state of it.
+            with open(status, "w") as file:
+                file.write("Result=")
+                file.flush()
+                file.write(f"{-number % 7}\nFirmware={number % 3 + 5}\n")
+            number += 1
+
+    writer = threading.Thread(target=rewrite)
+    writer.start()
+    try:
+        wait_for(lambda: app.log_count("statuslistener") > 3, what="reports")
+        before = memory_of(app.pid)
+        time.sleep(4)
+        assert app.items(), "the window answers"
+        assert memory_of(app.pid) - before < 32 * MEGABYTE
+    finally:
+        stop.set()
+        writer.join()
+    put_in_place(status, "Result=-2\nFirmware=5\n")
+    app.wait_until_shows("Light disturbance detected.")
+
+
+def test_flood_on_the_engines_error_channel_is_not_kept(install):
+    line = "x" * 999
+    app = install(scenario=f'at 0 status 0\non t print-error "{line}" repeat 50000\n'
+                           'on t status -2\n').start()
+    app.wait_until_shows("Started and ready")
+    before = memory_of(app.pid)
+    app.click("Touch Calibration")
+    app.wait_until_shows("Light disturbance detected.")
+    assert os.path.getsize(app.directory / "stderr") > 49 * MEGABYTE * 0.95
+    assert memory_of(app.pid) - before < 24 * MEGABYTE
+
+
+def test_engine_output_is_logged_line_by_line(install):
+    app = install(scenario='at 0 status 0\nat 500 print "one\\ntwo\\nthree"\n').start()
+    wait_for(lambda: app.log_count(r'\[vireon\]\s+"three\\n"'), what="the last line")
+    for word in ("one", "two", "three"):
+        assert app.log_count(rf'\[vireon\]\s+"{word}\\n"') == 1

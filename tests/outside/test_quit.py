@@ -1,0 +1,49 @@
+"""Quitting, asked for by a signal."""
+
+import signal
+import time
+
+import pytest
+
+from rig import wait_for
+
+SILENT = "unwritten\n"
+
+
+@pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])
+def test_quit_signal_runs_the_quit_sequence(app, number):
+    app.wait_until_shows("Started and ready")
+    app.signal(number)
+    assert app.wait() == 0
+    assert app.letters() == ["Q"]
+    assert app.log_count(r"Quit Vireon clicked") == 1
+
+
+def test_quit_from_the_menu(app):
+    app.wait_until_shows("Started and ready")
+    app.click("File")
+    app.click("Exit")
+    assert app.wait() == 0
+    assert app.letters() == ["Q"]
+
+
+def test_quit_before_the_first_report_sends_nothing(install):
+    app = install(scenario=SILENT).start()
+    app.wait_until_shows("Starting up...")
+    app.engine_pid()
+    begin = time.monotonic()
+    assert app.quit() == 0
+    assert 0.8 <= time.monotonic() - begin < 10
+    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    assert app.letters() == []
+
+
+def test_quit_sends_its_command_when_the_engine_gets_ready_meanwhile(install):
+    app = install(scenario=SILENT).start()
+    app.wait_until_shows("Starting up...")
+    app.engine_pid()
+    app.signal(signal.SIGTERM)
+    wait_for(lambda: app.log_count(r"Quit Vireon clicked"), interval=0.005)
+    (app.data / "pensettings.ini").write_text("Result=0\nFirmware=5\n")
+    assert app.wait() == 0
+    assert app.letters() == ["Q"]
