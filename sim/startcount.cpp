@@ -13,7 +13,7 @@ namespace {
 /// The parent's id and start time: two processes never share both.
 QByteArray parentIdentity()
 {
-    const QByteArray id = QByteArray::number(::getppid());
+    QByteArray id = QByteArray::number(::getppid());
     QFile file(QStringLiteral("/proc/%1/stat").arg(::getppid()));
     if (!file.open(QIODevice::ReadOnly))
         return id;
