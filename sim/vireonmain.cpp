@@ -109,10 +109,10 @@ int main(int argc, char* argv[])
     const int number = StartCount::next(StartCount::fileFor(journalPath, directory.path()));
     found.prepend({"number", QByteArray::number(number)});
     journal.add("start", found);
-    writeOutput(STDOUT_FILENO, "simulated engine, start " + QByteArray::number(number) + '\n');
 
     SimulatedEngine engine(scenario->lifeOf(number), directory, journal, clock, terminations);
     if (!engine.start())
         return EnvironmentUnfit;
+    writeOutput(STDOUT_FILENO, "simulated engine, start " + QByteArray::number(number) + '\n');
     return QCoreApplication::exec();
 }
