@@ -8,8 +8,7 @@ target_compile_options(vireon-options INTERFACE
 target_compile_definitions(vireon-options INTERFACE
     QT_DEPRECATED_WARNINGS
     QT_NO_CAST_TO_ASCII
-    QT_NO_FOREACH
-    QT_MESSAGELOGCONTEXT)
+    QT_NO_FOREACH)
 
 if(VIREON_SANITIZERS)
     list(JOIN VIREON_SANITIZERS "," sanitizerList)

@@ -6,9 +6,49 @@
 
 #include <cstdio>
 #include <fcntl.h>
-#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+// Without O_NONBLOCK, opening a pipe would wait for its other end.
+constexpr int neverWait = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
+/// The file type bits of what is open as @p descriptor; 0 if they are not known.
+mode_t fileKind(int descriptor)
+{
+    struct stat status
+    {
+    };
+    return fstat(descriptor, &status) == 0 ? status.st_mode : 0;
+}
+
+/// What QFile makes of @p mode when it opens a file by its name.
+QIODevice::OpenMode completed(QIODevice::OpenMode mode)
+{
+    if (mode & (QIODevice::Append | QIODevice::NewOnly))
+        mode |= QIODevice::WriteOnly;
+    const bool writesAlone = (mode & QIODevice::ReadWrite) == QIODevice::WriteOnly;
+    if (writesAlone && !(mode & (QIODevice::Append | QIODevice::NewOnly)))
+        mode |= QIODevice::Truncate;
+    return mode;
+}
+
+int openFlags(QIODevice::OpenMode mode)
+{
+    if (!mode.testFlag(QIODevice::WriteOnly))
+        return O_RDONLY | neverWait;
+    int flags = neverWait | (mode.testFlag(QIODevice::ReadOnly) ? O_RDWR : O_WRONLY);
+    if (!mode.testFlag(QIODevice::ExistingOnly))
+        flags |= O_CREAT;
+    if (mode.testFlag(QIODevice::NewOnly))
+        flags |= O_EXCL;
+    if (mode.testFlag(QIODevice::Append))
+        flags |= O_APPEND;
+    return flags;
+}
+
+} // namespace
 
 void FileHelper::cleanWorkingDirectory()
 {
@@ -24,7 +64,12 @@ void FileHelper::cleanWorkingDirectory()
 
 bool FileHelper::fileExists(char const* path)
 {
-    return std::ifstream(path).is_open();
+    const int descriptor = ::open(path, O_RDONLY | neverWait);
+    if (descriptor < 0)
+        return false;
+    const mode_t kind = fileKind(descriptor);
+    ::close(descriptor);
+    return S_ISREG(kind) || S_ISDIR(kind);
 }
 
 int FileHelper::cleanVireonCalibFiles()
@@ -35,22 +80,14 @@ int FileHelper::cleanVireonCalibFiles()
 
 bool FileHelper::openRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode)
 {
-    // Without O_NONBLOCK, opening a pipe would wait for its other end.
-    int flags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    if (mode.testFlag(QIODevice::WriteOnly)) {
-        flags |= mode.testFlag(QIODevice::ReadOnly) ? O_RDWR : O_WRONLY;
-        flags |= mode.testFlag(QIODevice::ExistingOnly) ? 0 : O_CREAT;
-    }
-    const int descriptor = ::open(QFile::encodeName(path).constData(), flags, 0666);
+    const QIODevice::OpenMode complete = completed(mode);
+    const int descriptor = ::open(QFile::encodeName(path).constData(), openFlags(complete), 0666);
     if (descriptor < 0)
         return false;
-    struct stat status
-    {
-    };
     // Truncated only once it is known to be a file, by hand since an open descriptor is not.
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)
-        && (!mode.testFlag(QIODevice::Truncate) || ftruncate(descriptor, 0) == 0)
-        && file.open(descriptor, mode, QFileDevice::AutoCloseHandle))
+    if (S_ISREG(fileKind(descriptor))
+        && (!complete.testFlag(QIODevice::Truncate) || ftruncate(descriptor, 0) == 0)
+        && file.open(descriptor, complete, QFileDevice::AutoCloseHandle))
         return true;
     ::close(descriptor);
     return false;

@@ -386,8 +386,9 @@ void GS::loadUserSettings()
 
 void GS::readUserLines(QTextStream& stream)
 {
-    for (std::size_t number = 0; !stream.atEnd(); ++number) {
-        const QString line = stream.readLine();
+    // Ends at the first read that fails: atEnd() trusts the file's size, which not all files keep.
+    QString line;
+    for (std::size_t number = 0; stream.readLineInto(&line); ++number) {
         const auto store = Overloaded {
             [&](int GS::*field) { this->*field = line.toInt(); },
             [&](bool GS::*field) { this->*field = line.toInt() != 0; },
@@ -417,13 +418,15 @@ void GS::saveUserSettings()
     }
     stream.flush();
 
-    // One write of the whole text: whoever reads meanwhile meets a short file only in the instant
-    // between the truncation and the write.
+    // One write over the old text, cut to length after it: whoever reads meanwhile, and whatever
+    // ends the process, the file is never empty. A longer old text's end is beyond the lines read.
     QFile file;
-    if (FileHelper::openRegularFile(file, QString::fromStdString(userIniPath),
-                                    QIODevice::WriteOnly | QIODevice::Truncate
-                                        | QIODevice::Unbuffered))
-        file.write(text.toUtf8());
+    if (!FileHelper::openRegularFile(file, QString::fromStdString(userIniPath),
+                                     QIODevice::ReadWrite | QIODevice::Unbuffered))
+        return;
+    const QByteArray bytes = text.toUtf8();
+    if (file.write(bytes) == bytes.size())
+        file.resize(bytes.size());
 }
 
 // --- Screen -----------------------------------------------------------------------------------

@@ -50,7 +50,8 @@ public:
     /// small machine; a line that is not a number reads as 0.
     void loadUserSettings();
 
-    /// Rewrites the user settings file as a whole; does nothing if it cannot be opened.
+    /// Rewrites the user settings file as a whole; does nothing if it cannot be opened. A process
+    /// that ends meanwhile leaves the old or the new values.
     void saveUserSettings();
 
     /// Binds the settings to the primary screen: takes its size, rescales referenceLength to it

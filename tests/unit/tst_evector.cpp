@@ -2,7 +2,46 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
+#include <vector>
+
+namespace {
+
+EVector vectorWithAttributes()
+{
+    EVector v(1, 2);
+    v.attributes = {1.5, 2.5, 3.5, 4.5};
+    v.attributeBlock = {5, 6, 7};
+    v.attributeFlag = true;
+    v.attributeValue = 8;
+    v.attributeNumber = 9;
+    v.altX = 9.0;
+    v.altY = 10.0;
+    v.altAttributes = {11, 12};
+    v.trailingValue = 13;
+    v.trailingShort = 15;
+    v.trailingNumber = 14;
+    return v;
+}
+
+void compareAttributes(const EVector& actual, const EVector& expected)
+{
+    QCOMPARE(actual.attributes, expected.attributes);
+    QCOMPARE(actual.attributeBlock, expected.attributeBlock);
+    QCOMPARE(actual.attributeFlag, expected.attributeFlag);
+    QCOMPARE(actual.attributeValue, expected.attributeValue);
+    QCOMPARE(actual.attributeNumber, expected.attributeNumber);
+    QCOMPARE(actual.altX, expected.altX);
+    QCOMPARE(actual.altY, expected.altY);
+    QCOMPARE(actual.altAttributes, expected.altAttributes);
+    QCOMPARE(actual.trailingValue, expected.trailingValue);
+    QCOMPARE(actual.trailingShort, expected.trailingShort);
+    QCOMPARE(actual.trailingNumber, expected.trailingNumber);
+}
+
+} // namespace
 
 class TestEVector : public QObject
 {
@@ -11,12 +50,18 @@ class TestEVector : public QObject
 private slots:
     void angleIsSignedAndInDegrees();
     void angleWithoutLengthIsZero();
+    void angleOfCosineBeyondOneIsZero_data();
+    void angleOfCosineBeyondOneIsZero();
     void lengthIsEuclidean();
     void divisionByVectorIsGuarded();
     void divisionByNumberIsNot();
     void onlyRealCrossingsIntersect_data();
     void onlyRealCrossingsIntersect();
+    void newVectorsHaveZeroedAttributes();
+    void copiesCarryAttributes();
+    void resultsDropAttributes_data();
     void resultsDropAttributes();
+    void membersKeepTheirOrder();
     void altPointKeepsItsAttributes();
     void arithmetic();
 };
@@ -32,9 +77,25 @@ void TestEVector::angleWithoutLengthIsZero()
 {
     QCOMPARE(EVector(0, 0).angle(EVector(3, 4)), 0.0);
     QCOMPARE(EVector(3, 4).angle(EVector(0, 0)), 0.0);
-    // Rounding pushes this cosine to 1.0000000000000002.
-    const EVector v(0.1, 0.7);
-    QVERIFY(!std::isnan(v.angle(v * 3.0)));
+    QCOMPARE(EVector(0, 0).angle(EVector(0, 0)), 0.0);
+}
+
+void TestEVector::angleOfCosineBeyondOneIsZero_data()
+{
+    QTest::addColumn<double>("factor");
+    QTest::newRow("beyond 1") << 1.0;
+    QTest::newRow("beyond -1") << -1.0; // opposite directions, and yet not 180
+}
+
+void TestEVector::angleOfCosineBeyondOneIsZero()
+{
+    QFETCH(double, factor);
+    const EVector v(1, 5);
+    const EVector o = v * factor;
+    QVERIFY(std::abs((v.x * o.x + v.y * o.y) / (o.length() * v.length())) > 1.0);
+    QCOMPARE(v.angle(o), 0.0);
+    // Without that rounding the same directions have their angle.
+    QCOMPARE(EVector(3, 4).angle(EVector(3, 4) * factor), factor > 0 ? 0.0 : 180.0);
 }
 
 void TestEVector::lengthIsEuclidean()
@@ -86,39 +147,84 @@ void TestEVector::onlyRealCrossingsIntersect()
     QCOMPARE(EVector::segmentsIntersect(b, a), intersect);
 }
 
+void TestEVector::newVectorsHaveZeroedAttributes()
+{
+    const EVector v(1, 2);
+    QCOMPARE(v.attributes, (std::array<double, 4> {}));
+    QCOMPARE(v.attributeBlock, (std::array<std::int64_t, 3> {}));
+    QCOMPARE(v.altAttributes, (std::array<std::int64_t, 2> {}));
+    QCOMPARE(v.altX, 0.0);
+    QCOMPARE(v.altY, 0.0);
+    QCOMPARE(v.attributeFlag, false);
+    QCOMPARE(v.attributeValue, std::int64_t {0});
+    QCOMPARE(v.attributeNumber, 0);
+    QCOMPARE(v.trailingValue, std::int64_t {0});
+    QCOMPARE(v.trailingShort, std::int16_t {0});
+    QCOMPARE(v.trailingNumber, 0);
+}
+
+void TestEVector::copiesCarryAttributes()
+{
+    const EVector v = vectorWithAttributes();
+    const EVector copy = v;
+    QCOMPARE(copy.x, 1.0);
+    QCOMPARE(copy.y, 2.0);
+    compareAttributes(copy, v);
+    QCOMPARE(copy.trailingNumber, 14);
+}
+
+void TestEVector::resultsDropAttributes_data()
+{
+    QTest::addColumn<int>("operation");
+    const QStringList names {"Clone", "+", "-", "* vector", "* number", "/ vector", "/ number"};
+    for (int i = 0; i < names.size(); ++i)
+        QTest::newRow(qPrintable(names[i])) << i;
+}
+
 void TestEVector::resultsDropAttributes()
 {
-    EVector v(1, 2);
-    v.attributes[2] = 5.0;
-    v.attributeFlag = true;
-    v.trailingNumber = 7;
-    const EVector copy = v;
-    QCOMPARE(copy.attributes[2], 5.0);
-    QCOMPARE(copy.trailingNumber, 7);
-
-    for (const EVector& result : {v.Clone(), v + EVector(0, 0), v * 1.0}) {
-        QCOMPARE(result.x, 1.0);
-        QCOMPARE(result.y, 2.0);
-        QCOMPARE(result.attributes[2], 0.0);
-        QVERIFY(!result.attributeFlag);
-        QCOMPARE(result.trailingNumber, 0);
-    }
+    QFETCH(int, operation);
+    const EVector v = vectorWithAttributes();
+    const std::array<EVector, 7> results {v.Clone(),
+                                          v + EVector(0, 0),
+                                          v - EVector(0, 0),
+                                          v * EVector(1, 1),
+                                          v * 1.0,
+                                          v / EVector(1, 1),
+                                          v / 1.0};
+    const EVector& result = results.at(static_cast<std::size_t>(operation));
+    QCOMPARE(result.x, 1.0);
+    QCOMPARE(result.y, 2.0);
+    compareAttributes(result, EVector(0, 0));
 }
 
 void TestEVector::altPointKeepsItsAttributes()
 {
-    EVector v(1, 2);
-    v.altX = 3.0;
-    v.altY = 4.0;
-    v.altAttributes[0] = 11;
-    v.altAttributes[1] = 12;
-    v.trailingNumber = 7;
-    const EVector point = v.altPoint();
-    QCOMPARE(point.x, 3.0);
-    QCOMPARE(point.y, 4.0);
-    QCOMPARE(point.altAttributes[0], 11);
-    QCOMPARE(point.altAttributes[1], 12);
-    QCOMPARE(point.trailingNumber, 0);
+    const EVector point = vectorWithAttributes().altPoint();
+    EVector expected(9, 10);
+    expected.altAttributes = {11, 12};
+    QCOMPARE(point.x, expected.x);
+    QCOMPARE(point.y, expected.y);
+    compareAttributes(point, expected);
+}
+
+void TestEVector::membersKeepTheirOrder()
+{
+    const EVector v(0, 0);
+    const std::vector<const void*> members {&v.x,
+                                            &v.y,
+                                            &v.attributes,
+                                            &v.attributeBlock,
+                                            &v.attributeFlag,
+                                            &v.attributeValue,
+                                            &v.attributeNumber,
+                                            &v.altX,
+                                            &v.altY,
+                                            &v.altAttributes,
+                                            &v.trailingValue,
+                                            &v.trailingShort,
+                                            &v.trailingNumber};
+    QVERIFY(std::is_sorted(members.begin(), members.end(), std::less<const void*>()));
 }
 
 void TestEVector::arithmetic()

@@ -1,0 +1,105 @@
+// bench-mailbox [COUNT]: a sender process puts COUNT commands (10000 if not given) into the
+// mailbox of this process, each as soon as the last one's file has disappeared. Says how many
+// arrived and how long one took; exits 0 when all came, once each and in order.
+
+#include "engine/workerthread.h"
+#include "ipc/ipclistener.h"
+#include "settings/globalsettings.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+// The commands "0" to "9" in turn, so that one lost or doubled breaks the sequence.
+const std::vector<int> digitCodes {16, 110, 111, 112, 21, 22, 23, 24, 17, 113};
+
+char digitOf(int number)
+{
+    return static_cast<char>('0' + number % 10);
+}
+
+/// The sender process.
+int sendCommands(const QString& path, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || !file.putChar(digitOf(i)))
+            return 1;
+        file.close();
+        while (QFile::exists(path))
+            QThread::usleep(200);
+    }
+    return 0;
+}
+
+std::atomic<bool> loopHasRead {false};
+
+/// Instead of the log: an empty command file that was read tells that the loop is past its start,
+/// where a command would count as a left-over.
+void watchLog(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    if (text.startsWith("ipc read:"))
+        loopHasRead = true;
+}
+
+int judge(const std::vector<int>& codes, int count, qint64 elapsedMs)
+{
+    int inOrder = 0;
+    while (inOrder < std::min(count, static_cast<int>(codes.size()))
+           && codes[static_cast<std::size_t>(inOrder)]
+               == digitCodes[static_cast<std::size_t>(inOrder % 10)])
+        ++inOrder;
+    std::printf("sent %d, received %zu, the first %d in order; %.1f s, %.1f ms each\n", count,
+                codes.size(), inOrder, static_cast<double>(elapsedMs) / 1000.0,
+                static_cast<double>(elapsedMs) / count);
+    return inOrder == count && codes.size() == static_cast<std::size_t>(count) ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    const QStringList arguments = app.arguments();
+    if (arguments.size() == 4 && arguments[1] == "--send")
+        return sendCommands(arguments[2], arguments[3].toInt());
+
+    const int count = arguments.size() > 1 ? arguments[1].toInt() : 10000;
+    qInstallMessageHandler(watchLog);
+    const QTemporaryDir dir;
+    GS::instance()->fifo1Path = dir.filePath("fifo1");
+    GS::instance()->refifoPath = dir.filePath("refifo");
+    std::vector<int> codes;
+    QObject::connect(IpcListener::instance(), &IpcListener::received, &app,
+                     [&codes](int id) { codes.push_back(id); });
+
+    QElapsedTimer timer;
+    QProcess sender;
+    QObject::connect(&sender, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &app,
+                     &QCoreApplication::exit);
+    if (!QFile(GS::instance()->fifo1Path).open(QIODevice::WriteOnly))
+        return 1;
+    while (!loopHasRead)
+        QThread::msleep(1);
+    timer.start();
+    sender.start(app.applicationFilePath(),
+                 {"--send", dir.filePath("fifo1"), QString::number(count)});
+    const int senderResult = QCoreApplication::exec();
+    const qint64 elapsedMs = timer.elapsed();
+    WorkerThread::stopAll();
+    WorkerThread::waitForAll(10000);
+    QCoreApplication::processEvents();
+    delete IpcListener::instance();
+    const int verdict = judge(codes, count, elapsedMs);
+    return senderResult == 0 ? verdict : senderResult;
+}

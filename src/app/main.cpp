@@ -1,0 +1,93 @@
+#include "engine/sdkhelper.h"
+#include "engine/workerthread.h"
+#include "quitsignals.h"
+#include "resources.h"
+#include "runguard.h"
+#include "settings/filehelper.h"
+#include "settings/globalsettings.h"
+#include "ui/mainwindow.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QIcon>
+#include <QLocale>
+#include <QMessageBox>
+#include <QTextCodec>
+#include <QTranslator>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
+constexpr int quitBudgetMs = 500; // for all workers together
+const char* const version = "1.4.121";
+
+void installTranslation(QTranslator& translator)
+{
+    const QString language = QLocale::system().name().split(QLatin1Char('_')).first();
+    const bool loaded = translator.load(QLatin1String("vireon-menu-desktop-") + language,
+                                        QStringLiteral(":/translations"));
+    qDebug() << language << " translation loading: " << (loaded ? "true" : "false");
+    QCoreApplication::installTranslator(&translator);
+}
+
+/// Ends the process without the static destructors, which must not run under living threads.
+[[noreturn]] void leave(int status)
+{
+    std::fflush(nullptr);
+    _exit(status);
+}
+
+int run(int& argc, char** argv)
+{
+    QApplication application(argc, argv, applicationFlags);
+    QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
+    QCoreApplication::setApplicationVersion(QLatin1String(version));
+    // The window only hides when it is closed, and must never hold up the end of a session.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+
+    RunGuard guard(GS::instance()->appName);
+    if (!guard.tryToRun()) {
+        QMessageBox::critical(nullptr, QStringLiteral("Error"),
+                              QStringLiteral("Vireon application is already running."),
+                              QMessageBox::Ok, QMessageBox::NoButton);
+        return 0;
+    }
+
+    qDebug() << "Start vireon-main";
+    QTranslator translator;
+    installTranslation(translator);
+    qDebug() << "Create MainWindow";
+    const QString openText = QObject::tr("Open");
+    const QString exitText = QObject::tr("Exit");
+    FileHelper::cleanWorkingDirectory();
+    mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
+    const QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &QuitSignals::quitRequested, mainWindow, &MainWindow::exitApp);
+    qDebug() << "Run Vireon";
+    SdkHelper::instance(nullptr)->startVireon();
+
+    const int status = QApplication::exec();
+    WorkerThread::stopAll();
+    if (!WorkerThread::waitForAll(quitBudgetMs)) {
+        // A thread that is still alive, in a tool that hangs, may use whatever is destroyed now.
+        guard.release();
+        leave(status);
+    }
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    // File names are UTF-8 whatever the locale: under "C" Qt would lose all but ASCII.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    initResources();
+    leave(run(argc, argv));
+}

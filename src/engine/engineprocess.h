@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QProcess>
+
+/**
+ * A program of the engine: the engine itself or its command-line tool.
+ *
+ * It runs in the application's own directory, with the environment of the controller. It never
+ * outlives the thread that started it, which for the engine is the controller: the kernel sends it
+ * SIGTERM then, also when the controller is killed. Its standard error goes where the
+ * controller's goes: unread, it would pile up in the process object.
+ */
+class EngineProcess : public QProcess
+{
+    Q_OBJECT
+
+public:
+    explicit EngineProcess(QObject* parent = nullptr);
+
+protected:
+    void setupChildProcess() override;
+
+private:
+    qint64 parentPid;
+};

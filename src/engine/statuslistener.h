@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+
+#include <atomic>
+
+/**
+ * Status codes of the engine. An engine may report any other value too; it is passed on unchanged.
+ * docs/engine-contract.md tells what each means to an engine.
+ */
+enum EngineStatus : int {
+    StatusUnknown = -99, ///< no report yet; commands wait
+    StatusNotCalibrated2 = -14, ///< treated like StatusNotCalibrated
+    StatusEngineGaveUp = -12, ///< the engine exited too often and is not started again
+    StatusEngineRestarting = -10, ///< the engine exited and is being started again; commands wait
+    StatusNotCalibrated = -6,
+    StatusNotReady = -1, ///< commands wait; kept through an exit of the engine
+    StatusStarted = 1,
+};
+
+/**
+ * Follows the engine's status file and keeps the last status code and firmware indicator.
+ *
+ * A reader on a worker thread opens the file (GS::penSettingsPath) every 300 ms and reads its
+ * first two lines: "Result=" and the status code, "Firmware=" and the firmware indicator, both
+ * decimal. A missing prefix is no error; a line that is not a number is ignored. A file that
+ * cannot be opened is logged and changes nothing.
+ *
+ * The controller's own verdicts go through injectStatus() and resetWithProblem(). Both replace the
+ * reader by a new one and delete the file between the two, so that only what the engine writes
+ * afterwards is seen; there is never more than one reader.
+ */
+class StatusListener : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The listener; the first call makes it, deletes a status file that an earlier run has left
+    /// and starts the reader.
+    static StatusListener* instance();
+
+    /// Tells the reader to end, without waiting for it.
+    ~StatusListener() override;
+
+    /// The last status code; any thread.
+    int currentStatus() const { return status; }
+
+    /// Replaces the status by @p newStatus and announces it. Blocks until the reader has paused,
+    /// that is for 300 ms and one reading of the file at most. GUI thread only.
+    void injectStatus(int newStatus);
+
+    /// Marks an exit of the engine: announces StatusEngineRestarting, unless the status is
+    /// StatusNotReady, which stays. Blocks like injectStatus(). GUI thread only.
+    void resetWithProblem();
+
+private:
+    std::atomic<bool> keepReading {true};
+    std::atomic<bool> readerStopped {false};
+    std::atomic<int> status {StatusUnknown};
+
+public:
+    /// The last "Firmware=" value, 999 until the engine has written one; below 2 means an old
+    /// camera firmware. It outlives restarts of the engine. Any thread.
+    std::atomic<int> firmware {999};
+
+signals:
+    /// The status, whenever it or the firmware has changed. The reader's reports come from its
+    /// thread and reach the GUI thread queued; the controller's own are delivered at once.
+    void statusChanged(int id);
+
+private slots:
+    void readStatusFile();
+
+private:
+    StatusListener();
+
+    void readReport();
+    void takeStatusLine(const QByteArray& line);
+    void takeFirmwareLine(const QByteArray& line);
+    void pauseReader();
+    void startReader();
+
+    static StatusListener* _instance;
+};

@@ -1,0 +1,51 @@
+#include "oshelper.h"
+
+#include "filehelper.h"
+#include "globalsettings.h"
+
+#include <QDebug>
+
+#include <array>
+
+namespace {
+
+std::array<const char*, 8> entryLines(bool enabled)
+{
+    return {
+        "[Desktop Entry]",
+        "Type=Application",
+        "Exec=/usr/local/bin/Vireon/Vireon.sh",
+        "Hidden=false",
+        "NoDisplay=false",
+        enabled ? "X-GNOME-Autostart-enabled=true" : "X-GNOME-Autostart-enabled=false",
+        "Name=Vireon",
+        "Comment=",
+    };
+}
+
+} // namespace
+
+OsHelper* OsHelper::_instance = nullptr;
+
+OsHelper* OsHelper::instance()
+{
+    if (!_instance)
+        _instance = new OsHelper;
+    return _instance;
+}
+
+void OsHelper::setAutostart()
+{
+    QFile file;
+    if (!FileHelper::openRegularFile(file, "/etc/xdg/autostart/Vireon.desktop",
+                                     QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qDebug() << "failed to set autostart Desktop entry doesn't exists or no permission to "
+                    "write";
+        return;
+    }
+    for (const char* line : entryLines(GS::instance()->autostart)) {
+        file.write(line);
+        file.write("\n");
+        file.flush();
+    }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+/// What the settings ask of the desktop: the entry that starts the program at log-in.
+class OsHelper
+{
+public:
+    /// The helper; the first call makes it.
+    static OsHelper* instance();
+
+    /// Rewrites "/etc/xdg/autostart/Vireon.desktop" as a whole, enabled or disabled by
+    /// GS::autostart; the file is never deleted. Where it cannot be opened, which is the rule for
+    /// an ordinary user, that is logged and nothing changes, neither there nor in the settings.
+    void setAutostart();
+
+private:
+    OsHelper() = default;
+
+    static OsHelper* _instance;
+};

@@ -1,0 +1,552 @@
+#include "engine/workerthread.h"
+#include "ipc/ipclistener.h"
+#include "settings/globalsettings.h"
+#include "support/logrecorder.h"
+#include "support/permissionchecks.h"
+
+#include <QtTest>
+
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr int limitMs = 60000;
+
+struct Row
+{
+    char character;
+    int code;
+    const char* logText;
+};
+
+const Row rows[] = {
+    {'0', 16, "IPC: b"},  {'1', 110, "IPC: 1"}, {'2', 111, "IPC: 2"}, {'3', 112, "IPC: 3"},
+    {'4', 21, "IPC: 21"}, {'5', 22, "IPC: 22"}, {'6', 23, "IPC: 23"}, {'7', 24, "IPC: 24"},
+    {'8', 17, "IPC: d"},  {'9', 113, "IPC: 9"}, {'Q', 25, "IPC: 25"}, {'a', 1, "IPC: a"},
+    {'b', 108, "IPC: b"}, {'c', 107, "IPC: c"}, {'d', 104, "IPC: d"}, {'e', 7, "IPC: e"},
+    {'f', 4, "IPC: f"},   {'g', 105, "IPC: g"}, {'h', 8, "IPC: h"},   {'i', 9, "IPC: i"},
+    {'j', 101, "IPC: j"}, {'k', 14, "IPC: k"},  {'l', 100, "IPC: l"}, {'m', 0, "IPC: m"},
+    {'n', 109, "IPC: n"}, {'o', 103, "IPC: o"}, {'p', 6, "IPC: p"},   {'q', 12, "IPC: q"},
+    {'r', 15, "IPC: r"},  {'s', 3, "IPC: s"},   {'t', 2, "IPC: t"},   {'u', 102, "IPC: u"},
+    {'v', 5, "IPC: v"},   {'w', 11, "IPC: w"},  {'x', 13, "IPC: x"},  {'y', 10, "IPC: i"},
+    {'z', 106, "IPC: z"},
+};
+
+/// The sender is a process of its own; it makes the file first and fills it then.
+void send(const QString& path, const QByteArray& content)
+{
+    QProcess sender;
+    sender.start("/bin/sh", {"-c", "cat >\"$0\"", path});
+    sender.write(content);
+    sender.closeWriteChannel();
+    QVERIFY(sender.waitForFinished(limitMs));
+    QCOMPARE(sender.exitCode(), 0);
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be opened");
+}
+
+void fill(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), static_cast<qint64>(content.size()));
+}
+
+qint64 peakMemoryKiB()
+{
+    const QByteArray status = contentOf("/proc/self/status");
+    const int at = status.indexOf("VmHWM:");
+    return status.mid(at + 6, status.indexOf("kB", at) - at - 6).trimmed().toLongLong();
+}
+
+} // namespace
+
+class TestIpcListener : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+
+    void metaObjectIsOneSignalAndOneSlot();
+    void instanceIsMadeOnce();
+    void everyCommandHasItsCodeAndText_data();
+    void everyCommandHasItsCodeAndText();
+    void otherCharactersAreDroppedSilently_data();
+    void otherCharactersAreDroppedSilently();
+    void onlyTheFirstTrimmedCharacterCounts_data();
+    void onlyTheFirstTrimmedCharacterCounts();
+    void emitsThenLogsThenDeletes();
+    void logsPathAndLine();
+    void emptyFirstLineStays_data();
+    void emptyFirstLineStays();
+    void emptyFileIsReadEverySixtyMs();
+    void lineOfAnyLengthCostsTheSame_data();
+    void lineOfAnyLengthCostsTheSame();
+    void whatIsNoReadableFileIsTriedAgain_data();
+    void whatIsNoReadableFileIsTriedAgain();
+    void linkLeadsToTheCommand();
+    void leftoverIsReportedAsOneThousand_data();
+    void leftoverIsReportedAsOneThousand();
+    void emptyLeftoverStays_data();
+    void emptyLeftoverStays();
+    void writeProtectedLeftoverIsACommand();
+    void firstReplyWaitsForThePause();
+    void replyIsExactlyOneCharacter();
+    void replyThatCannotBeWrittenIsTold();
+    void processEndReleasesAReplyOnTheLoopsThread();
+
+private:
+    IpcListener* makeListener();
+    void startListener();
+    void sendAndWait(const QByteArray& content);
+
+    std::unique_ptr<QTemporaryDir> dir;
+    std::unique_ptr<LogRecorder> log;
+    QString commandPath;
+    QString replyPath;
+    QVector<int> codes; ///< received, in this thread
+    std::vector<std::unique_ptr<IpcListener>> listeners; ///< their loops end with the process only
+};
+
+void TestIpcListener::init()
+{
+    dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(dir->isValid());
+    commandPath = dir->filePath("fifo1");
+    replyPath = dir->filePath("refifo");
+    GS::instance()->fifo1Path = commandPath;
+    GS::instance()->refifoPath = replyPath;
+    log = std::make_unique<LogRecorder>();
+    codes.clear();
+}
+
+void TestIpcListener::cleanup()
+{
+    log.reset();
+    dir.reset();
+}
+
+void TestIpcListener::cleanupTestCase()
+{
+    WorkerThread::stopAll();
+    QVERIFY(WorkerThread::waitForAll(limitMs));
+    listeners.clear();
+}
+
+IpcListener* TestIpcListener::makeListener()
+{
+    listeners.push_back(std::make_unique<IpcListener>());
+    IpcListener* listener = listeners.back().get();
+    connect(listener, &IpcListener::received, this, [this](int id) { codes.append(id); });
+    return listener;
+}
+
+void TestIpcListener::startListener()
+{
+    makeListener();
+    QTRY_COMPARE_WITH_TIMEOUT(log->count("Fifo position:"), 1, limitMs);
+}
+
+void TestIpcListener::sendAndWait(const QByteArray& content)
+{
+    send(commandPath, content);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(commandPath), limitMs);
+    // The file goes last: what was emitted is in this thread's queue by now.
+    QCoreApplication::processEvents();
+}
+
+void TestIpcListener::metaObjectIsOneSignalAndOneSlot()
+{
+    const QMetaObject& meta = IpcListener::staticMetaObject;
+    QCOMPARE(meta.className(), "IpcListener");
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 2);
+    const QMetaMethod first = meta.method(meta.methodOffset());
+    QCOMPARE(first.methodType(), QMetaMethod::Signal);
+    QCOMPARE(first.methodSignature(), QByteArray("received(int)"));
+    const QMetaMethod second = meta.method(meta.methodOffset() + 1);
+    QCOMPARE(second.methodType(), QMetaMethod::Slot);
+    QCOMPARE(second.methodSignature(), QByteArray("listenToFifos()"));
+}
+
+void TestIpcListener::instanceIsMadeOnce()
+{
+    IpcListener* first = IpcListener::instance();
+    listeners.emplace_back(first);
+    QVERIFY(!first->parent());
+    QCOMPARE(IpcListener::instance(), first);
+    QTRY_COMPARE_WITH_TIMEOUT(log->count("Fifo position:"), 1, limitMs);
+}
+
+void TestIpcListener::everyCommandHasItsCodeAndText_data()
+{
+    QTest::addColumn<char>("character");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("logText");
+    for (const Row& row : rows)
+        QTest::addRow("%c", row.character) << row.character << row.code << QString(row.logText);
+}
+
+void TestIpcListener::everyCommandHasItsCodeAndText()
+{
+    QFETCH(char, character);
+    QFETCH(int, code);
+    QFETCH(QString, logText);
+    startListener();
+    sendAndWait(QByteArray(1, character));
+    QCOMPARE(codes, QVector<int> {code});
+    const auto texts = log->linesWith("IPC:");
+    QCOMPARE(texts.size(), 1);
+    QCOMPARE(texts.front().text, logText);
+    QCOMPARE(texts.front().type, QtDebugMsg);
+}
+
+void TestIpcListener::otherCharactersAreDroppedSilently_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QByteArray known;
+    for (const Row& row : rows)
+        known.append(row.character);
+    for (char character = '!'; character <= '~'; ++character) {
+        if (!known.contains(character))
+            QTest::addRow("%c", character) << QByteArray(1, character);
+    }
+    QTest::newRow("zero byte") << QByteArray("\0m", 2);
+    QTest::newRow("two bytes") << QByteArray("\u00e4m");
+    QTest::newRow("three bytes") << QByteArray("\u65e5m");
+    QTest::newRow("four bytes") << QByteArray("\U0001f600m");
+    QTest::newRow("not UTF-8") << QByteArray("\xe4m");
+    QTest::newRow("full-width m") << QByteArray("\uff4d");
+    QTest::newRow("blanks only") << QByteArray("  \n");
+    QTest::newRow("blanks, then a command line") << QByteArray(" \t \nm\n");
+}
+
+void TestIpcListener::otherCharactersAreDroppedSilently()
+{
+    QFETCH(QByteArray, content);
+    startListener();
+    sendAndWait(content);
+    QCOMPARE(codes, QVector<int> {});
+    QCOMPARE(log->count("IPC:"), 0);
+    QCOMPARE(log->count("read command from"), 1);
+}
+
+void TestIpcListener::onlyTheFirstTrimmedCharacterCounts_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("code");
+    QTest::newRow("leading blanks") << QByteArray("  t\n") << 2;
+    QTest::newRow("leading tab") << QByteArray("\tt") << 2;
+    QTest::newRow("leading wide blank") << QByteArray("\u3000t") << 2;
+    QTest::newRow("trailing blanks") << QByteArray("t   ") << 2;
+    QTest::newRow("carriage return") << QByteArray("t\r\n") << 2;
+    QTest::newRow("two characters") << QByteArray("tm") << 2;
+    QTest::newRow("two words") << QByteArray("t m") << 2;
+    QTest::newRow("several lines") << QByteArray("t\nm\ne\n") << 2;
+    QTest::newRow("non-ASCII behind") << QByteArray("t\u00e4") << 2;
+}
+
+void TestIpcListener::onlyTheFirstTrimmedCharacterCounts()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, code);
+    startListener();
+    sendAndWait(content);
+    QCOMPARE(codes, QVector<int> {code});
+}
+
+void TestIpcListener::emitsThenLogsThenDeletes()
+{
+    startListener();
+    std::atomic<bool> textBeforeSignal {true};
+    std::atomic<bool> fileBeforeSignal {false};
+    connect(
+        listeners.back().get(), &IpcListener::received, listeners.back().get(),
+        [&] {
+            textBeforeSignal = log->count("IPC:") > 0;
+            fileBeforeSignal = QFile::exists(commandPath);
+        },
+        Qt::DirectConnection);
+    log->hold("IPC: m");
+    send(commandPath, "m");
+    QTRY_COMPARE_WITH_TIMEOUT(log->count("IPC: m"), 1, limitMs);
+    QVERIFY(!textBeforeSignal);
+    QVERIFY(fileBeforeSignal);
+    QVERIFY(QFile::exists(commandPath));
+    log->release();
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(commandPath), limitMs);
+}
+
+void TestIpcListener::logsPathAndLine()
+{
+    startListener();
+    sendAndWait(" m n \nsecond");
+    QStringList texts;
+    for (const LogRecorder::Line& line : log->lines())
+        texts.append(line.text.simplified());
+    const QString quoted = '"' + commandPath + '"';
+    QVERIFY(texts.contains("Fifo position: " + quoted));
+    QVERIFY(texts.contains("ipc read: \" m n \""));
+    QVERIFY(texts.contains("read command from " + quoted));
+}
+
+void TestIpcListener::emptyFirstLineStays_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty file") << QByteArray();
+    QTest::newRow("command in the second line") << QByteArray("\nm");
+    QTest::newRow("carriage return alone") << QByteArray("\r\nm");
+}
+
+void TestIpcListener::emptyFirstLineStays()
+{
+    QFETCH(QByteArray, content);
+    startListener();
+    send(commandPath, content);
+    QTRY_VERIFY_WITH_TIMEOUT(log->count("ipc read:") >= 3, limitMs);
+    QCOMPARE(contentOf(commandPath), content);
+    QCOMPARE(log->count("read command from"), 0);
+    QCOMPARE(codes, QVector<int> {});
+    sendAndWait("e");
+    QCOMPARE(codes, QVector<int> {7});
+}
+
+void TestIpcListener::emptyFileIsReadEverySixtyMs()
+{
+    startListener();
+    send(commandPath, {});
+    QTRY_VERIFY_WITH_TIMEOUT(log->count("ipc read:") >= 6, limitMs);
+    const auto reads = log->linesWith("ipc read:");
+    QVERIFY(reads[5].ms - reads[0].ms >= 5 * 60 - 1);
+}
+
+void TestIpcListener::lineOfAnyLengthCostsTheSame_data()
+{
+    QTest::addColumn<char>("character");
+    QTest::addColumn<QVector<int>>("expected");
+    QTest::newRow("commands") << 'm' << QVector<int> {0};
+    QTest::newRow("blanks") << ' ' << QVector<int> {};
+}
+
+void TestIpcListener::lineOfAnyLengthCostsTheSame()
+{
+    QFETCH(char, character);
+    QFETCH(QVector<int>, expected);
+    startListener();
+    const QString aside = dir->filePath("aside");
+    {
+        QFile file(aside);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        const QByteArray mebibyte(1048576, character);
+        for (int i = 0; i < 100; ++i)
+            QCOMPARE(file.write(mebibyte), qint64 {1048576});
+    }
+    const qint64 before = peakMemoryKiB();
+    QVERIFY(before > 0);
+    QVERIFY(QFile::rename(aside, commandPath));
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(commandPath), limitMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(codes, expected);
+    QVERIFY2(peakMemoryKiB() - before < 16384, "the whole line was read");
+    QVERIFY(log->linesWith("ipc read:").front().text.size() < 66000);
+}
+
+void TestIpcListener::whatIsNoReadableFileIsTriedAgain_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char* what : {"directory", "pipe", "dangling link", "unreadable file"})
+        QTest::newRow(what) << QString(what);
+}
+
+void TestIpcListener::whatIsNoReadableFileIsTriedAgain()
+{
+    QFETCH(QString, what);
+    const QByteArray path = QFile::encodeName(commandPath);
+    if (what == "directory") {
+        QVERIFY(QDir().mkdir(commandPath));
+    } else if (what == "pipe") {
+        QCOMPARE(mkfifo(path.constData(), 0600), 0);
+    } else if (what == "dangling link") {
+        QVERIFY(QFile::link(dir->filePath("nowhere"), commandPath));
+    } else {
+        fill(commandPath, "m");
+        QVERIFY(QFile::setPermissions(commandPath, {}));
+    }
+    const PermissionChecks checks;
+    startListener();
+    // Time for the left-over test and three passes; there is nothing to see them by.
+    QTest::qWait(250);
+    QCOMPARE(codes, QVector<int> {});
+    QCOMPARE(log->count("ipc read:"), 0);
+    struct stat status
+    {
+    };
+    QCOMPARE(lstat(path.constData(), &status), 0);
+    QCOMPARE(std::remove(path.constData()), 0);
+    QVERIFY(!QFile::exists(dir->filePath("nowhere")));
+    sendAndWait("e");
+    QCOMPARE(codes, QVector<int> {7});
+}
+
+void TestIpcListener::linkLeadsToTheCommand()
+{
+    startListener();
+    const QString target = dir->filePath("target");
+    fill(target, "t");
+    QVERIFY(QFile::link(target, commandPath));
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo(commandPath).isSymLink(), limitMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(codes, QVector<int> {2});
+    QCOMPARE(contentOf(target), QByteArray("t"));
+}
+
+void TestIpcListener::leftoverIsReportedAsOneThousand_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("command") << QByteArray("m");
+    QTest::newRow("no command") << QByteArray("T\n");
+    QTest::newRow("blanks") << QByteArray("  \n");
+    QTest::newRow("100 KiB line") << QByteArray(100 * 1024, 'm');
+}
+
+void TestIpcListener::leftoverIsReportedAsOneThousand()
+{
+    QFETCH(QByteArray, content);
+    send(commandPath, content);
+    // The loop is held at its first line until this test is connected.
+    log->hold("Fifo position:");
+    makeListener();
+    log->release();
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(commandPath), limitMs);
+    sendAndWait("e");
+    QCOMPARE(codes, (QVector<int> {1000, 7}));
+    QCOMPARE(log->count("ipc read:"), 1);
+}
+
+void TestIpcListener::emptyLeftoverStays_data()
+{
+    emptyFirstLineStays_data();
+}
+
+void TestIpcListener::emptyLeftoverStays()
+{
+    QFETCH(QByteArray, content);
+    send(commandPath, content);
+    log->hold("Fifo position:");
+    makeListener();
+    log->release();
+    QTRY_VERIFY_WITH_TIMEOUT(log->count("ipc read:") >= 3, limitMs);
+    QCOMPARE(contentOf(commandPath), content);
+    QCOMPARE(codes, QVector<int> {});
+}
+
+void TestIpcListener::writeProtectedLeftoverIsACommand()
+{
+    fill(commandPath, "m");
+    QVERIFY(QFile::setPermissions(commandPath, QFile::ReadOwner));
+    const PermissionChecks checks;
+    log->hold("Fifo position:");
+    makeListener();
+    log->release();
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(commandPath), limitMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(codes, QVector<int> {0});
+}
+
+void TestIpcListener::firstReplyWaitsForThePause()
+{
+    startListener();
+    IpcListener* listener = listeners.back().get();
+    std::atomic<int> replies {0};
+    const auto reply = [&] {
+        listener->writeDone();
+        ++replies;
+    };
+
+    log->hold("ipc read:");
+    send(commandPath, "e");
+    QTRY_VERIFY_WITH_TIMEOUT(log->count("ipc read:") == 1, limitMs);
+    std::thread first(reply);
+    QTest::qWait(200);
+    const bool waits = replies == 0 && !QFile::exists(replyPath);
+    log->release();
+    first.join();
+    QVERIFY(waits);
+    QCOMPARE(contentOf(replyPath), QByteArray("x"));
+    QTRY_COMPARE_WITH_TIMEOUT(codes, QVector<int> {7}, limitMs);
+
+    log->hold("ipc read:");
+    send(commandPath, "t");
+    QTRY_VERIFY_WITH_TIMEOUT(log->count("ipc read:") == 2, limitMs);
+    QVERIFY(QFile::remove(replyPath));
+    reply();
+    QCOMPARE(contentOf(replyPath), QByteArray("x"));
+    QVERIFY(QFile::exists(commandPath));
+    log->release();
+    QTRY_COMPARE_WITH_TIMEOUT(codes, (QVector<int> {7, 2}), limitMs);
+}
+
+void TestIpcListener::replyIsExactlyOneCharacter()
+{
+    startListener();
+    fill(replyPath, "an older and longer reply\n");
+    for (int i = 0; i < 3; ++i) {
+        listeners.back()->writeDone();
+        QCOMPARE(contentOf(replyPath), QByteArray("x"));
+        sendAndWait("e");
+    }
+    QCOMPARE(codes, (QVector<int> {7, 7, 7}));
+}
+
+void TestIpcListener::replyThatCannotBeWrittenIsTold()
+{
+    startListener();
+    QVERIFY(QDir().mkdir(replyPath));
+    const QByteArray outputPath = QFile::encodeName(dir->filePath("output"));
+    std::fflush(stdout);
+    const int savedOutput = dup(STDOUT_FILENO);
+    const int output = open(outputPath.constData(), O_CREAT | O_WRONLY, 0600);
+    dup2(output, STDOUT_FILENO);
+    listeners.back()->writeDone();
+    std::fflush(stdout);
+    dup2(savedOutput, STDOUT_FILENO);
+    close(output);
+    close(savedOutput);
+    QCOMPARE(contentOf(outputPath),
+             QByteArray("cannot write to fifo! Folder is ") + replyPath.toUtf8() + ", exitting.\n");
+    sendAndWait("e");
+    QCOMPARE(codes, QVector<int> {7});
+}
+
+void TestIpcListener::processEndReleasesAReplyOnTheLoopsThread()
+{
+    startListener();
+    IpcListener* listener = listeners.back().get();
+    std::atomic<bool> waiting {false};
+    connect(
+        listener, &IpcListener::received, listener,
+        [&] {
+            waiting = true;
+            listener->writeDone();
+        },
+        Qt::DirectConnection);
+    send(commandPath, "e");
+    QTRY_VERIFY_WITH_TIMEOUT(waiting, limitMs);
+    // There is no way back from here: this must stay the last test.
+    WorkerThread::stopAll();
+    QVERIFY(WorkerThread::waitForAll(limitMs));
+    QCOMPARE(contentOf(replyPath), QByteArray("x"));
+}
+
+QTEST_GUILESS_MAIN(TestIpcListener)
+#include "tst_ipclistener.moc"

@@ -1,0 +1,144 @@
+#include "engine/workerthread.h"
+#include "support/logrecorder.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QtTest>
+
+#include <atomic>
+
+/// The slots that the tests let run.
+class Receiver : public QObject
+{
+    Q_OBJECT
+
+public:
+    std::atomic<int> runs {0};
+    std::atomic<int> lastArg {0};
+    std::atomic<int> threadsEnded {0};
+    std::atomic<QThread*> lastThread {nullptr};
+    QSemaphore arrived;
+    QSemaphore goOn;
+
+public slots:
+    void work()
+    {
+        lastThread = QThread::currentThread();
+        connect(
+            QThread::currentThread(), &QObject::destroyed, this, [this] { ++threadsEnded; },
+            Qt::DirectConnection);
+        ++runs;
+    }
+
+    void workWith(int arg)
+    {
+        lastArg = arg;
+        ++runs;
+    }
+
+    void meet()
+    {
+        arrived.release();
+        goOn.acquire();
+    }
+};
+
+class TestWorkerThread : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void slotWithoutParametersRunsOnceAndAllIsDeleted();
+    void slotGetsTheArgument();
+    void twoCallsRunSideBySide();
+    void unknownSlotOnlyWarns();
+    void stepsAreLogged();
+    void sleepLastsItsTime();
+    void stopEndsSleepsForGood(); // the last one: there is no way back
+
+private:
+    static int threadCount()
+    {
+        return QDir(QStringLiteral("/proc/self/task"))
+            .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+            .size();
+    }
+};
+
+void TestWorkerThread::slotWithoutParametersRunsOnceAndAllIsDeleted()
+{
+    const int threadsBefore = threadCount();
+    Receiver receiver;
+    WorkerThread::doWork(&receiver, SLOT(work()), -1);
+    QTRY_COMPARE(receiver.threadsEnded.load(), 1);
+    QCOMPARE(receiver.runs.load(), 1);
+    QVERIFY(receiver.lastThread != QThread::currentThread());
+    QCOMPARE(receiver.thread(), QThread::currentThread());
+    QTRY_VERIFY(threadCount() <= threadsBefore);
+}
+
+void TestWorkerThread::slotGetsTheArgument()
+{
+    Receiver receiver;
+    WorkerThread::doWork(&receiver, SLOT(workWith(int)), 18);
+    QTRY_COMPARE(receiver.runs.load(), 1);
+    QCOMPARE(receiver.lastArg.load(), 18);
+}
+
+void TestWorkerThread::twoCallsRunSideBySide()
+{
+    Receiver receiver;
+    WorkerThread::doWork(&receiver, SLOT(meet()), -1);
+    WorkerThread::doWork(&receiver, SLOT(meet()), -1);
+    // Both are inside the slot at the same time, or this never comes.
+    QVERIFY(receiver.arrived.tryAcquire(2, 20000));
+    receiver.goOn.release(2);
+    QVERIFY(WorkerThread::waitForAll(20000));
+}
+
+void TestWorkerThread::unknownSlotOnlyWarns()
+{
+    const int threadsBefore = threadCount();
+    Receiver receiver;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("No such slot.*noSuch")));
+    WorkerThread::doWork(&receiver, SLOT(noSuchSlot()), -1);
+    QVERIFY(WorkerThread::waitForAll(20000));
+    QTRY_VERIFY(threadCount() <= threadsBefore);
+}
+
+void TestWorkerThread::stepsAreLogged()
+{
+    LogRecorder log;
+    Receiver receiver;
+    WorkerThread::doWork(&receiver, SLOT(work()), -1);
+    QTRY_COMPARE(receiver.threadsEnded.load(), 1);
+    QCOMPARE(log.count(QStringLiteral("Do work")), 1);
+    QCOMPARE(log.count(QStringLiteral("Thread run")), 1);
+}
+
+void TestWorkerThread::sleepLastsItsTime()
+{
+    QElapsedTimer clock;
+    clock.start();
+    WorkerThread::msleep(30);
+    QVERIFY(clock.elapsed() >= 30);
+}
+
+void TestWorkerThread::stopEndsSleepsForGood()
+{
+    class Sleeper : public QThread
+    {
+        void run() override { WorkerThread::msleep(600 * 1000); }
+    } sleeper;
+    sleeper.start();
+    QVERIFY(!WorkerThread::isStopping());
+    WorkerThread::stopAll();
+    QVERIFY(WorkerThread::isStopping());
+    QVERIFY(sleeper.wait(20000));
+    WorkerThread::msleep(600 * 1000);
+    QVERIFY(WorkerThread::waitForAll(20000));
+}
+
+QTEST_GUILESS_MAIN(TestWorkerThread)
+#include "tst_workerthread.moc"
