@@ -37,11 +37,7 @@ def desktop(directory):
     desktop = Desktop(place)
     yield desktop
     desktop.stop()
-    left = descendants_of(os.getpid())
-    names = [name_of(pid) for pid in left]
-    for pid in left:
-        end(pid)
-    assert not left, f"processes left behind: {names}"
+    _expect_no_processes()
 
 
 @pytest.fixture
@@ -71,6 +67,18 @@ def install(desktop, directory, request):
 def app(install):
     """A started program with an engine that behaves well."""
     return install().start()
+
+
+def _expect_no_processes():
+    """What is started on a bus ends by itself when the bus has gone, a moment later."""
+    try:
+        wait_for(lambda: not descendants_of(os.getpid()), 15)
+    except AssertionError:
+        left = descendants_of(os.getpid())
+        names = [name_of(pid) for pid in left]
+        for pid in left:
+            end(pid)
+        raise AssertionError(f"processes left behind: {names}") from None
 
 
 def _finish(app):

@@ -133,8 +133,10 @@ class App:
         return any(text in shown for shown in self.texts())
 
     def wait_until_shows(self, text, timeout=processes.PATIENCE):
-        processes.wait_for(lambda: self.shows(text), timeout,
-                           what=lambda: f"the text {text!r}; shown: {self.texts()}")
+        def seen():
+            assert self.is_running(), f"ended with {self.process.returncode} before {text!r}"
+            return self.shows(text)
+        processes.wait_for(seen, timeout, what=lambda: f"the text {text!r}; shown: {self.texts()}")
 
     def clickable(self, name):
         """The visible button or menu entry of this name, once it has come to rest, or None."""
