@@ -3,10 +3,13 @@
 #include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "subjects/logcapture.h"
+#include "subjects/privatetmp.h"
+#include "subjects/signalcounter.h"
 #include "subjects/subjectprocess.h"
 
 #include <QtTest>
 
+#include <atomic>
 #include <memory>
 
 namespace {
@@ -48,7 +51,7 @@ private slots:
     void stoppingTheWorkersEndsIt(); // last: there is no way back
 
 private:
-    std::unique_ptr<QTemporaryDir> temporary;
+    std::unique_ptr<PrivateTmp> temporary;
     std::unique_ptr<LogCapture> log;
 };
 
@@ -59,8 +62,7 @@ void TestExitListener::initTestCase()
 
 void TestExitListener::init()
 {
-    temporary = std::make_unique<QTemporaryDir>();
-    qputenv("TMPDIR", QFile::encodeName(temporary->path()));
+    temporary = std::make_unique<PrivateTmp>();
     log = std::make_unique<LogCapture>();
 }
 
@@ -70,6 +72,7 @@ void TestExitListener::cleanup()
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
     log.reset();
     SystemVObjects::removeAll();
+    temporary.reset();
 }
 
 void TestExitListener::tellsWhenTheApplicationHasEnded()
@@ -78,21 +81,23 @@ void TestExitListener::tellsWhenTheApplicationHasEnded()
     QCOMPARE(application.ask("try"), QByteArray("won"));
     ExitListener* listener = ExitListener::instance();
     QCOMPARE(ExitListener::instance(), listener);
-    QSignalSpy spy(listener, &ExitListener::hasExited);
-    QThread* sender = nullptr;
+    const SignalCounter exits(listener, &ExitListener::hasExited);
+    std::atomic<QThread*> sender {nullptr};
     connect(
         listener, &ExitListener::hasExited, listener,
         [&sender] { sender = QThread::currentThread(); }, Qt::DirectConnection);
-    QVERIFY(!spy.wait(2500)); // two looks at the running application
+    QTest::qWait(2500); // two looks at the running application
+    QCOMPARE(exits.count(), 0);
     QVERIFY(listener->isAnotherRunning());
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(application.ask("end"), QByteArray("ended"));
-    QVERIFY(spy.wait(longMs));
+    QTRY_COMPARE_WITH_TIMEOUT(exits.count(), 1, longMs);
     QVERIFY2(timer.elapsed() < 20000, "about a second");
     QVERIFY(sender != thread());
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
-    QCOMPARE(spy.size(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(exits.count(), 1);
     QCOMPARE(LogCapture::count(exitText), 1);
     QVERIFY(!listener->isAnotherRunning());
 }
@@ -101,19 +106,20 @@ void TestExitListener::tellsWhenTheApplicationWasKilled()
 {
     Application application;
     QCOMPARE(application.ask("try"), QByteArray("won"));
-    QSignalSpy spy(ExitListener::instance(), &ExitListener::hasExited);
+    const SignalCounter exits(ExitListener::instance(), &ExitListener::hasExited);
     application.killHard();
-    QVERIFY(spy.wait(longMs));
+    QTRY_COMPARE_WITH_TIMEOUT(exits.count(), 1, longMs);
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
-    QCOMPARE(spy.size(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(exits.count(), 1);
 }
 
 void TestExitListener::tellsWhenTheApplicationNeverRan()
 {
     QElapsedTimer timer;
     timer.start();
-    QSignalSpy spy(ExitListener::instance(), &ExitListener::hasExited);
-    QVERIFY(spy.wait(longMs));
+    const SignalCounter exits(ExitListener::instance(), &ExitListener::hasExited);
+    QTRY_COMPARE_WITH_TIMEOUT(exits.count(), 1, longMs);
     QVERIFY2(timer.elapsed() >= 900, "the listener sleeps first");
 }
 
@@ -123,11 +129,11 @@ void TestExitListener::applicationKilledInAStepCountsAsGone()
     QCOMPARE(application.ask("try"), QByteArray("won"));
     Application other;
     QCOMPARE(other.ask("lock"), QByteArray("locked"));
-    QSignalSpy spy(ExitListener::instance(), &ExitListener::hasExited); // waits for the lock
+    const SignalCounter exits(ExitListener::instance(), &ExitListener::hasExited);
     application.killHard();
     QVERIFY(ExitListener::instance()->isAnotherRunning()); // nobody can look while it is held
     other.killHard();
-    QVERIFY(spy.wait(longMs));
+    QTRY_COMPARE_WITH_TIMEOUT(exits.count(), 1, longMs);
 }
 
 void TestExitListener::isAnotherRunningAnswersBesideThePoll()
@@ -160,10 +166,11 @@ void TestExitListener::stoppingTheWorkersEndsIt()
 {
     Application application;
     QCOMPARE(application.ask("try"), QByteArray("won"));
-    QSignalSpy spy(ExitListener::instance(), &ExitListener::hasExited);
+    const SignalCounter exits(ExitListener::instance(), &ExitListener::hasExited);
     WorkerThread::stopAll();
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
-    QVERIFY(spy.isEmpty());
+    QCoreApplication::processEvents();
+    QCOMPARE(exits.count(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestExitListener)

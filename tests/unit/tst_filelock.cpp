@@ -2,10 +2,11 @@
 
 #include <QtTest>
 
+#include <array>
+#include <atomic>
 #include <memory>
 #include <sys/stat.h>
 #include <thread>
-#include <vector>
 
 namespace {
 
@@ -76,9 +77,9 @@ void TestFileLock::waiterGetsItWhenTheHolderLetsGo()
 void TestFileLock::threadsExcludeEachOther()
 {
     int plainCounter = 0;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([this, &plainCounter] {
+    std::array<std::thread, 4> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([this, &plainCounter] {
             for (int round = 0; round < 100; ++round) {
                 const FileLock lock(path(), longMs);
                 if (lock.isHeld())

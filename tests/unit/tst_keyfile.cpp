@@ -1,5 +1,6 @@
 #include "app/keyfile.h"
 
+#include "subjects/privatetmp.h"
 #include "subjects/systemvobjects.h"
 
 #include <QSharedMemory>
@@ -37,18 +38,18 @@ private slots:
     void freeSemaphoreStaysAsItIs();
 
 private:
-    std::unique_ptr<QTemporaryDir> temporary;
+    std::unique_ptr<PrivateTmp> temporary;
 };
 
 void TestKeyFile::init()
 {
-    temporary = std::make_unique<QTemporaryDir>();
-    qputenv("TMPDIR", QFile::encodeName(temporary->path()));
+    temporary = std::make_unique<PrivateTmp>();
 }
 
 void TestKeyFile::cleanup()
 {
     SystemVObjects::removeAll();
+    temporary.reset();
 }
 
 void TestKeyFile::pathsAreThoseOfQt()
@@ -94,7 +95,7 @@ void TestKeyFile::segmentGetsAKeyOfItsOwn()
 
 void TestKeyFile::presentFilesStay()
 {
-    const QString path = temporary->filePath("present");
+    const QString path = temporary->path() + "/present";
     const key_t used = plainKey(path);
     const int semaphore = semget(used, 1, IPC_CREAT | 0600);
     const int segment = shmget(used, 1, IPC_CREAT | 0600);
