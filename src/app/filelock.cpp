@@ -81,10 +81,11 @@ FileLock::FileLock(const QString& path, int waitMs)
             close(opened);
             return;
         }
-        if (isFileAt(opened, name))
+        if (isFileAt(opened, name)) {
             descriptor = opened;
-        else
+        } else {
             close(opened);
+        }
     }
     handOver.fetch_add(1, std::memory_order_acq_rel);
 }

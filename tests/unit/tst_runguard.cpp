@@ -1,6 +1,7 @@
 #include "app/runguard.h"
 
 #include "app/keyfile.h"
+#include "subjects/privatetmp.h"
 #include "subjects/subjectprocess.h"
 
 #include <QtTest>
@@ -84,15 +85,14 @@ private slots:
 private:
     static void leaveObjectsBehind(int kind);
 
-    std::unique_ptr<QTemporaryDir> temporary;
+    std::unique_ptr<PrivateTmp> temporary;
     std::unique_ptr<QTemporaryDir> working;
 };
 
 void TestRunGuard::init()
 {
-    temporary = std::make_unique<QTemporaryDir>();
     working = std::make_unique<QTemporaryDir>();
-    qputenv("TMPDIR", QFile::encodeName(temporary->path()));
+    temporary = std::make_unique<PrivateTmp>();
     QDir::setCurrent(working->path());
     warnings.clear();
     plainHandler = qInstallMessageHandler(keepWarnings);
@@ -102,8 +102,8 @@ void TestRunGuard::cleanup()
 {
     qInstallMessageHandler(plainHandler);
     QDir::setCurrent(QDir::homePath());
-    qputenv("TMPDIR", QFile::encodeName(QDir::homePath() + "/tmp"));
     SystemVObjects::removeAll();
+    temporary.reset();
     QCOMPARE(warnings, QStringList());
     QVERIFY(QDir(working->path()).isEmpty());
 }
@@ -255,21 +255,17 @@ void TestRunGuard::exactlyOneOfManyWins()
     for (int round = 0; round < repeats; ++round) {
         if (stale)
             leaveObjectsBehind(round % 4);
-        std::vector<std::unique_ptr<Copy>> copies;
-        for (int i = 0; i < count; ++i)
-            copies.push_back(std::make_unique<Copy>());
+        std::vector<std::unique_ptr<Copy>> copies(static_cast<size_t>(count));
+        for (auto& copy : copies)
+            copy = std::make_unique<Copy>();
         for (const auto& copy : copies)
             copy->send("try");
-        Copy* winner = nullptr;
-        for (const auto& copy : copies) {
-            const QByteArray answer = copy->answer();
-            QVERIFY2(answer == "won" || answer == "refused", answer);
-            QVERIFY(answer != "won" || !winner);
-            if (answer == "won")
-                winner = copy.get();
-        }
-        QVERIFY(winner);
-        winner->send("end");
+        QByteArrayList answers;
+        for (const auto& copy : copies)
+            answers << copy->answer();
+        QCOMPARE(answers.count("won"), 1);
+        QCOMPARE(answers.count("refused"), count - 1);
+        copies[static_cast<size_t>(answers.indexOf("won"))]->send("end");
         for (const auto& copy : copies) {
             QVERIFY(copy->ends());
             QCOMPARE(copy->log(), QByteArray());

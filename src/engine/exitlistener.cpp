@@ -1,0 +1,61 @@
+#include "exitlistener.h"
+
+#include "app/runguard.h"
+#include "engine/lifeline.h"
+#include "engine/workerthread.h"
+#include "settings/globalsettings.h"
+
+#include <QDebug>
+
+namespace {
+
+constexpr unsigned long pollIntervalMs = 1000;
+
+} // namespace
+
+ExitListener* ExitListener::_instance = nullptr;
+
+ExitListener* ExitListener::instance(QObject* parent)
+{
+    if (!_instance)
+        _instance = new ExitListener(parent);
+    return _instance;
+}
+
+ExitListener::ExitListener(QObject* parent)
+    : QObject(parent)
+    , runGuard(std::make_shared<RunGuard>(GS::instance()->appName))
+    , lifeline(std::make_shared<Lifeline>())
+{
+    WorkerThread::doWork(this, SLOT(listenToExit()), -1);
+}
+
+ExitListener::~ExitListener()
+{
+    lifeline->cut();
+    keepListening = false;
+    _instance = nullptr;
+}
+
+bool ExitListener::isAnotherRunning()
+{
+    return runGuard->isAnotherRunning();
+}
+
+void ExitListener::listenToExit()
+{
+    const std::shared_ptr<RunGuard> guard = runGuard;
+    const std::shared_ptr<Lifeline> line = lifeline;
+    line->begin();
+    do {
+        if (const Lifeline::Hold here(*line); !here || !keepListening)
+            return;
+        WorkerThread::msleep(pollIntervalMs);
+        if (WorkerThread::isStopping())
+            return;
+    } while (guard->isAnotherRunning());
+    if (const Lifeline::Hold here(*line); here) {
+        qDebug() << "Detected app is not running anymore";
+        emit hasExited();
+    }
+}

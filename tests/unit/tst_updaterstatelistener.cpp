@@ -1,0 +1,246 @@
+#include "engine/updaterstatelistener.h"
+
+#include "app/keyfile.h"
+#include "engine/workerthread.h"
+#include "subjects/logcapture.h"
+#include "subjects/privatetmp.h"
+#include "subjects/signalcounter.h"
+#include "subjects/subjectprocess.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <limits>
+#include <memory>
+
+namespace {
+
+constexpr int longMs = 60000;
+const QString theKey = QStringLiteral("tst_updaterstatelistener");
+const QString seenText = QStringLiteral("updater is running now");
+
+class Updater : public SubjectProcess
+{
+public:
+    Updater()
+        : SubjectProcess(QStringLiteral("updatersubject"), {theKey})
+    {
+    }
+};
+
+bool hasEnded()
+{
+    return WorkerThread::waitForAll(0);
+}
+
+} // namespace
+
+class TestUpdaterStateListener : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void signalsEachSecondWhileAnUpdateIsInProgress();
+    void statesAreFollowed_data();
+    void statesAreFollowed();
+    void endsWhenTheUpdaterNeedsNothing();
+    void waitsQuietlyForAnUpdater();
+    void endsWhenTheSegmentIsGone();
+    void endsWhenTheUpdaterCrashed_data();
+    void endsWhenTheUpdaterCrashed();
+    void segmentTooSmallForAStateIsIgnored();
+    void deletedListenerDoesNotWaitForAStoppedUpdater();
+    void canBeDeletedAtAnyMoment();
+    void stoppingTheWorkersEndsIt(); // last: there is no way back
+
+private:
+    std::unique_ptr<PrivateTmp> temporary;
+    std::unique_ptr<LogCapture> log;
+};
+
+void TestUpdaterStateListener::init()
+{
+    temporary = std::make_unique<PrivateTmp>();
+    log = std::make_unique<LogCapture>();
+}
+
+void TestUpdaterStateListener::cleanup()
+{
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+    log.reset();
+    SystemVObjects::removeAll();
+    temporary.reset();
+}
+
+void TestUpdaterStateListener::signalsEachSecondWhileAnUpdateIsInProgress()
+{
+    Updater updater;
+    QCOMPARE(updater.ask("make 64"), QByteArray("made"));
+    QCOMPARE(updater.ask("state 1"), QByteArray("written"));
+    UpdaterStateListener listener(theKey);
+    const SignalCounter inProcess(&listener, &UpdaterStateListener::updateInProcess);
+    std::atomic<QThread*> sender {nullptr};
+    connect(
+        &listener, &UpdaterStateListener::updateInProcess, &listener,
+        [&sender] { sender = QThread::currentThread(); }, Qt::DirectConnection);
+    QTRY_COMPARE_WITH_TIMEOUT(inProcess.count(), 5, longMs);
+    QVERIFY2(inProcess.timeOf(0) >= 900, "the listener sleeps first");
+    QVERIFY2(inProcess.timeOf(4) - inProcess.timeOf(0) >= 3600, "not more than once a second");
+    QVERIFY(sender != thread());
+    QCOMPARE(updater.ask("state -1"), QByteArray("written"));
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(inProcess.count(), LogCapture::count("update is in progress"));
+    QCOMPARE(LogCapture::count(seenText), inProcess.count() + 1);
+}
+
+void TestUpdaterStateListener::statesAreFollowed_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isInProcess");
+    QTest::newRow("in progress") << 1 << "update is in progress" << true;
+    QTest::newRow("busy") << 2 << "wait updater is doing something" << false;
+    QTest::newRow("nothing written yet") << 0 << "" << false;
+    QTest::newRow("unknown") << 3 << "" << false;
+    QTest::newRow("lowest") << std::numeric_limits<int>::min() << "" << false;
+}
+
+void TestUpdaterStateListener::statesAreFollowed()
+{
+    QFETCH(int, state);
+    QFETCH(QString, text);
+    QFETCH(bool, isInProcess);
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    QCOMPARE(updater.ask("state " + QByteArray::number(state)), QByteArray("written"));
+    UpdaterStateListener listener(theKey);
+    QCOMPARE(LogCapture::count("update listener "), 1);
+    const SignalCounter inProcess(&listener, &UpdaterStateListener::updateInProcess);
+    QTRY_VERIFY_WITH_TIMEOUT(LogCapture::count(seenText) >= 2, longMs);
+    QVERIFY(!hasEnded());
+    QCoreApplication::processEvents();
+    QCOMPARE(inProcess.count() > 0, isInProcess);
+    for (const QString line :
+         {"update is in progress", "wait updater is doing something", "updater has quit"})
+        QCOMPARE(LogCapture::count(line) > 0, text == line);
+}
+
+void TestUpdaterStateListener::endsWhenTheUpdaterNeedsNothing()
+{
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    QCOMPARE(updater.ask("state -1"), QByteArray("written"));
+    UpdaterStateListener listener(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+    QCOMPARE(LogCapture::count("updater has quit or will not need vireon to quit"), 1);
+    QCOMPARE(LogCapture::count(seenText), 1);
+}
+
+void TestUpdaterStateListener::waitsQuietlyForAnUpdater()
+{
+    UpdaterStateListener listener(theKey);
+    const SignalCounter inProcess(&listener, &UpdaterStateListener::updateInProcess);
+    QTest::qWait(2500); // nothing can be seen of rounds without an updater
+    QVERIFY(!hasEnded());
+    QCOMPARE(LogCapture::count(QString()), 3); // of the construction and of the thread
+    QVERIFY(QDir(temporary->path()).isEmpty());
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    QCOMPARE(updater.ask("state 1"), QByteArray("written"));
+    QTRY_VERIFY_WITH_TIMEOUT(inProcess.count() > 0, longMs);
+}
+
+void TestUpdaterStateListener::endsWhenTheSegmentIsGone()
+{
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    UpdaterStateListener listener(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(LogCapture::count(seenText) >= 1, longMs);
+    QCOMPARE(updater.ask("end"), QByteArray("ended"));
+    QVERIFY(updater.ends());
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+    QCOMPARE(LogCapture::count("updater has quit"), 0);
+}
+
+void TestUpdaterStateListener::endsWhenTheUpdaterCrashed_data()
+{
+    QTest::addColumn<bool>("holdsLock");
+    QTest::newRow("without the lock") << false;
+    QTest::newRow("while it holds the lock") << true;
+}
+
+void TestUpdaterStateListener::endsWhenTheUpdaterCrashed()
+{
+    QFETCH(bool, holdsLock);
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    UpdaterStateListener listener(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(LogCapture::count(seenText) >= 1, longMs);
+    if (holdsLock)
+        QCOMPARE(updater.ask("lock"), QByteArray("locked"));
+    updater.killHard();
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+    // Nothing of the segment is left to mislead the next updater.
+    Updater next;
+    QCOMPARE(next.ask("make 4"), QByteArray("made"));
+}
+
+void TestUpdaterStateListener::segmentTooSmallForAStateIsIgnored()
+{
+    // A whole page is mapped, yet nothing beyond the size belongs to the updater.
+    Updater updater;
+    QCOMPARE(updater.ask("make 3"), QByteArray("made"));
+    QCOMPARE(updater.ask("state -1"), QByteArray("written"));
+    UpdaterStateListener listener(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(LogCapture::count(seenText) >= 2, longMs);
+    QVERIFY(!hasEnded());
+}
+
+void TestUpdaterStateListener::deletedListenerDoesNotWaitForAStoppedUpdater()
+{
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    QCOMPARE(updater.ask("state 1"), QByteArray("written"));
+    QCOMPARE(updater.ask("lock"), QByteArray("locked"));
+    updater.signal(SIGSTOP);
+    auto listener = std::make_unique<UpdaterStateListener>(theKey);
+    const QString lockFile = KeyFile::semaphorePath(theKey);
+    const int lock = semget(ftok(QFile::encodeName(lockFile), 'Q'), 1, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(semctl(lock, 0, GETNCNT), 1, longMs); // the worker waits for it
+    listener.reset();
+    QVERIFY(!hasEnded());
+    QCOMPARE(LogCapture::count("update is in progress"), 0);
+    updater.killHard();
+}
+
+void TestUpdaterStateListener::canBeDeletedAtAnyMoment()
+{
+    Updater updater;
+    QCOMPARE(updater.ask("make 4"), QByteArray("made"));
+    QCOMPARE(updater.ask("state 1"), QByteArray("written"));
+    for (int round = 0; round < 50; ++round) {
+        const UpdaterStateListener gone(theKey);
+        QTest::qSleep(1 + round % 3);
+    }
+    // Deleted around the moment of the first emission.
+    for (int round = 0; round < 20; ++round) {
+        auto* listener = new UpdaterStateListener(theKey);
+        QTimer::singleShot(990 + round, listener, &QObject::deleteLater);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+}
+
+void TestUpdaterStateListener::stoppingTheWorkersEndsIt()
+{
+    const UpdaterStateListener listener(theKey);
+    QVERIFY(!hasEnded());
+    WorkerThread::stopAll();
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+}
+
+QTEST_GUILESS_MAIN(TestUpdaterStateListener)
+#include "tst_updaterstatelistener.moc"
