@@ -51,7 +51,7 @@ ResolutionChangeNotifier::ResolutionChangeNotifier(QObject* parent)
 ResolutionChangeNotifier::~ResolutionChangeNotifier()
 {
     std::puts("resolution changed notifier was deleted");
-    keepListening = false;
+    *keepListening = false;
 }
 
 void ResolutionChangeNotifier::logScreens() const
@@ -74,10 +74,13 @@ void ResolutionChangeNotifier::logScreens() const
 
 void ResolutionChangeNotifier::listenToResolution()
 {
-    while (keepListening && !WorkerThread::isStopping()) {
+    const auto listening = keepListening;
+    while (*listening && !WorkerThread::isStopping()) {
         WorkerThread::msleep(pollIntervalMs);
+        if (!*listening)
+            return;
         const QSize size = askForScreenSize();
-        if (size.isEmpty() || size == QSize(width, height))
+        if (!*listening || size.isEmpty() || size == QSize(width, height))
             continue;
         qDebug() << "Resolution changed, notify. Old vs new:" << width.load() << "/"
                  << height.load() << " and " << size.width() << "/" << size.height();

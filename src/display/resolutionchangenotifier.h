@@ -4,6 +4,7 @@
 #include <QSize>
 
 #include <atomic>
+#include <memory>
 
 /**
  * Watches the size of the primary screen and judges the refresh rates of all screens.
@@ -21,7 +22,8 @@ public:
     /// from the GUI thread.
     static ResolutionChangeNotifier* instance(QObject* parent = nullptr);
 
-    /// Ends the poll after its current round. instance() keeps answering the old pointer.
+    /// Ends the poll, also one that sleeps or waits for an answer just now; to be called on the
+    /// GUI thread. instance() keeps answering the old pointer.
     ~ResolutionChangeNotifier() override;
 
     /// The lowest refresh rate of all screens in Hz, each cut to a whole number. GUI thread only;
@@ -49,5 +51,6 @@ private:
 
     std::atomic<int> width {0};
     std::atomic<int> height {0};
-    std::atomic<bool> keepListening {true};
+    /// Shared with the poll, whose last round may be longer than the object's life.
+    std::shared_ptr<std::atomic<bool>> keepListening = std::make_shared<std::atomic<bool>>(true);
 };
