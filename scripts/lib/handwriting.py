@@ -118,7 +118,7 @@ class Drawing:
     def frames(self, hold, age):
         """All pictures, up to the one that shows all ink at either rate."""
         oldest = max(sum(rate) for rate in RATES.values())
-        count = len(self.moments) // SPEED + oldest + 1
+        count = len(self.moments) // SPEED + math.ceil(oldest) + 1
         sheet = ET.Element(f"{SVG}svg")
         ET.SubElement(sheet, f"{SVG}clipPath", id="edges").append(self.surface)
         width, height = self.size
