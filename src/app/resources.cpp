@@ -8,4 +8,5 @@ void initResources()
     Q_INIT_RESOURCE(views);
     Q_INIT_RESOURCE(font);
     Q_INIT_RESOURCE(translations);
+    Q_INIT_RESOURCE(pictures);
 }
