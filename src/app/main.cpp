@@ -1,5 +1,6 @@
 #include "engine/sdkhelper.h"
 #include "engine/workerthread.h"
+#include "fonts.h"
 #include "quitsignals.h"
 #include "resources.h"
 #include "runguard.h"
@@ -61,6 +62,7 @@ int run(int& argc, char** argv)
     qDebug() << "Start vireon-main";
     QTranslator translator;
     installTranslation(translator);
+    unifyFonts();
     qDebug() << "Create MainWindow";
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");
