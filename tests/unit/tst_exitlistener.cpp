@@ -94,7 +94,7 @@ void TestExitListener::tellsWhenTheApplicationHasEnded()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(application->ask("end"), QByteArray("ended"));
-    while (!hasEnded())
+    for (const QDeadlineTimer limit(longMs); !hasEnded() && !limit.hasExpired();)
         QTest::qSleep(pauseMs);
     QVERIFY2(timer.elapsed() < 20000, "about a second");
     QVERIFY2(exits.count() == 0, "emitted on another thread, hence queued");

@@ -89,7 +89,8 @@ void TestUpdaterStateListener::signalsEachSecondWhileAnUpdateIsInProgress()
     QCOMPARE(updater->ask("state 1"), QByteArray("written"));
     listener = std::make_unique<UpdaterStateListener>(theKey);
     const SignalCounter inProcess(listener.get(), &UpdaterStateListener::updateInProcess);
-    while (LogCapture::count("update is in progress") < 2)
+    const QDeadlineTimer limit(longMs);
+    while (LogCapture::count("update is in progress") < 2 && !limit.hasExpired())
         QTest::qSleep(pauseMs);
     QVERIFY2(inProcess.count() == 0, "emitted on another thread, hence queued");
     QTRY_COMPARE_WITH_TIMEOUT(inProcess.count(), 5, longMs);
