@@ -48,7 +48,8 @@ bool resolveGtk(Library& gtk, IndicatorLibrary& functions)
         && RESOLVE(gtk, gdk_error_trap_push) && RESOLVE(gtk, gtk_menu_new)
         && RESOLVE(gtk, gtk_menu_item_new_with_label) && RESOLVE(gtk, gtk_menu_shell_append)
         && RESOLVE(gtk, gtk_check_menu_item_get_active) && RESOLVE(gtk, gtk_widget_show)
-        && RESOLVE(gtk, g_signal_connect_data) && RESOLVE(gtk, g_main_context_iteration);
+        && RESOLVE(gtk, g_signal_connect_data) && RESOLVE(gtk, g_main_context_iteration)
+        && RESOLVE(gtk, g_bus_get_sync);
 }
 
 bool resolveIndicator(Library& indicator, IndicatorLibrary& functions)

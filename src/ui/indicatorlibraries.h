@@ -34,6 +34,7 @@ struct IndicatorLibrary
                                            void* data, void (*destroyData)(void*, void*),
                                            int flags);
     int (*g_main_context_iteration)(void* context, int mayBlock);
+    void* (*g_bus_get_sync)(int busType, void* cancellable, void** error);
 
     // The indicator
     AppIndicator* (*app_indicator_new)(const char* id, const char* iconName, int category);

@@ -12,6 +12,7 @@ constexpr int applicationStatusCategory = 0;
 constexpr int activeStatus = 1;
 constexpr int notificationTimeout = 1;
 constexpr int iterationMs = 50;
+constexpr int sessionBus = 2; // G_BUS_TYPE_SESSION
 const char* const indicatorId = "example";
 const char* const initialIcon = "indicator-messages";
 const char* const indicatorIcon = "/usr/local/bin/Vireon/CorvanthelSmall.png";
@@ -41,6 +42,14 @@ bool initialiseGtk(const IndicatorLibrary& gtk)
     // GTK's handler of X errors would end the process at any of Qt's harmless ones.
     gtk.gdk_error_trap_push();
     return true;
+}
+
+/// Connects GLib to the session bus, once for all of the process. The indicator asks for that
+/// connection and for the desktop's indicator host at the same time, and is lost for good when the
+/// host's answer comes first.
+void connectToBus(const IndicatorLibrary& glib)
+{
+    glib.g_bus_get_sync(sessionBus, nullptr, nullptr);
 }
 
 /// Runs GLib's main context where Qt does not.
@@ -74,6 +83,7 @@ void LinuxTrayIconManager::createIndicator(QString showLabel, QString quitLabel)
     const IndicatorLibrary* library = IndicatorLibrary::instance();
     if (!library || !initialiseGtk(*library))
         return;
+    connectToBus(*library);
     runGlib(*library, this);
     GtkWidget* menu = library->gtk_menu_new();
     appendItem(*library, menu, showLabel, onShow, this);
