@@ -1,8 +1,6 @@
 """The start of the program, up to the engine that is ready."""
 
-import os
 import re
-import signal
 
 import pytest
 
