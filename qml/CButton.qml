@@ -1,7 +1,11 @@
 import QtQuick 2.15
 import "colors.js" as Colors
+import "keyboard.js" as Keyboard
+import "theme.js" as Theme
 
-// A push button with an optional glyph of the icon font before its label.
+// A push button with an optional glyph of the icon font before its label. "nextTab" and "prevTab"
+// are where Tab and Shift+Tab lead. Unless told otherwise it follows the main view's
+// "buttonsDisabled".
 Rectangle {
     id: root
 
@@ -21,30 +25,50 @@ Rectangle {
 
     color: "transparent"
     height: 35
-    width: content.width + (isSmall ? 20 : 32)
-    opacity: isDisabled ? 0.45 : 1.0
+    width: content.width + (isSmall ? 20 : 40)
+    opacity: isDisabled ? Theme.disabledOpacity : 1.0
     activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
-    Accessible.name: btnText
+    Accessible.name: btnText.trim()
     Accessible.focusable: true
-    Accessible.onPressAction: root.click()
+    Accessible.onPressAction: click()
 
     KeyNavigation.tab: nextTab ? nextTab : null
     KeyNavigation.backtab: prevTab ? prevTab : null
-    Keys.onReturnPressed: root.click()
-    Keys.onEnterPressed: root.click()
-    Keys.onSpacePressed: root.click()
+    Keys.onPressed: {
+        if (Keyboard.presses(event)) {
+            event.accepted = true;
+            click();
+        }
+    }
 
     Rectangle {
         id: btn
 
+        // The overlay lightens it while hovered: darker below, so that the label stays readable.
+        readonly property color hoverColor: Qt.darker(Colors.secondary900, 1.35)
+        readonly property color pressedColor: Qt.darker(Colors.secondary900, 1.8)
+
         anchors.fill: parent
         radius: 3
         clip: true
-        color: mouseArea.pressed && !root.isDisabled ? Colors.secondary500 : Colors.secondary900
-        border.width: root.activeFocus ? 2 : 0
+        color: root.isDisabled ? Colors.primary500
+             : mouseArea.pressed ? pressedColor
+             : mouseArea.containsMouse ? hoverColor
+             : Colors.secondary900
+        border.width: overlay.visible ? 1 : 0
         border.color: "white"
+
+        Rectangle {
+            id: overlay
+
+            anchors.fill: parent
+            radius: btn.radius
+            color: "white"
+            opacity: 0.2
+            visible: mouseArea.containsMouse && !mouseArea.pressed && !root.isDisabled
+        }
 
         Row {
             id: content
@@ -53,30 +77,22 @@ Rectangle {
             spacing: 8
 
             Text {
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.baseline: label.baseline
                 visible: root.icon !== ""
                 color: "white"
                 font.family: fontAwesome.name
-                font.pixelSize: 16
+                font.pixelSize: root.isSmall ? 14 : 17
                 text: root.icon
             }
 
             Text {
-                anchors.verticalCenter: parent.verticalCenter
+                id: label
+
                 color: "white"
                 font.family: fontfamily
-                font.pixelSize: root.isSmall ? 13 : 15
+                font.pixelSize: root.isSmall ? 14 : 16
                 text: root.btnText
             }
-        }
-
-        Rectangle {
-            id: overlay
-
-            anchors.fill: parent
-            color: "white"
-            opacity: 0.2
-            visible: mouseArea.containsMouse && !root.isDisabled
         }
 
         MouseArea {
@@ -87,4 +103,6 @@ Rectangle {
             onClicked: root.click()
         }
     }
+
+    FocusRing {}
 }

@@ -1,16 +1,23 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 
 // A turning glyph and a text, shown while the main view is loading.
 Rectangle {
+    id: indicator
+
     color: "transparent"
     opacity: isLoading ? 1 : 0
     visible: opacity > 0
+    width: content.width
+    height: content.height
 
     Behavior on opacity {
         NumberAnimation { duration: 100 }
     }
 
     Row {
+        id: content
+
         anchors.centerIn: parent
         spacing: 10
 
@@ -26,7 +33,7 @@ Rectangle {
                 to: 360
                 duration: 800
                 loops: Animation.Infinite
-                running: isLoading
+                running: isLoading && indicator.Window.visibility !== Window.Hidden
             }
         }
 

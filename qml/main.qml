@@ -1,19 +1,23 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 import "status.js" as Status
+import "theme.js" as Theme
 
 // The content of the main window. The controller writes the root's properties and calls its
 // functions by name; the view calls back through "mainwindow" and "sdk".
 Rectangle {
     id: root
 
-    property int baseWidth: 640
+    // As wide as the buttons with the longest labels need it.
+    property int baseWidth: Math.max(Qt.locale().name === "ja_JP" ? 720 : 680,
+                                     btnRow.width + 40)
     property int baseHeight: 240
     property real basePixelDensity: 3.7795275590551185 // pixels per millimetre at 96 dpi
     property real logicalPixelDensity: Screen.logicalPixelDensity
     property real factor: logicalPixelDensity / basePixelDensity
     property bool finishedLoading: false
-    property int margin: 10
+    // What the window's menu bar takes from the lower edge; on Windows it lies outside.
+    property int margin: operatingSystem === "win" ? 0 : 11
     property string fontfamily: "Helvetica"
     property bool isLoading: false
     property int markerMargin: 5
@@ -33,6 +37,54 @@ Rectangle {
 
     signal windowClosing()
 
+    // Warns of a screen that is not 16:9: once, and not after a calibration in this run.
+    function checkAspectRatio() {
+        var ratio = display.width / display.height;
+        console.log("aspect ratio changed to: " + ratio
+                    + " (" + display.width + "x" + display.height + ")");
+        if (Math.abs(ratio - 16 / 9) < display.tolerance)
+            return;
+        console.log("Ratio is not 16:9, it is " + ratio + " show warning, if not done so already!");
+        if (aspectRatioWarningShown || mainwindow.aspectRatioWarningShown())
+            return;
+        aspectRatioWarningShown = true;
+        aspectRatioWarning.show();
+        mainwindow.setAspectRatioWarningShown(true);
+    }
+
+    function show() {
+        mainRect.visible = true;
+    }
+
+    function hide() {
+        mainRect.visible = false;
+    }
+
+    function showPopUp() {
+        if (acPopUp.visible)
+            return;
+        acFocus.raise(acPopUp);
+        hide();
+        acPopUp.visible = true;
+        manualBtn2.forceActiveFocus();
+    }
+
+    function hidePopUp() {
+        if (!acPopUp.visible)
+            return;
+        acPopUp.visible = false;
+        show();
+        acFocus.giveBack();
+    }
+
+    function showFreqPopup() {
+        freqWarning.show();
+    }
+
+    function disableAcPopUp() {
+        acPopUp.isDisabled = true;
+    }
+
     function textOf(source) {
         return qsTranslate("status", source).replace("%1", mainwindow.appName());
     }
@@ -48,17 +100,45 @@ Rectangle {
         if (isLoading)
             loadingLimit.restart();
     }
+    onButtonsDisabledChanged: console.log("buttons disabled: " + buttonsDisabled)
+    onFinishedLoadingChanged: {
+        mainRect.forceActiveFocus();
+        updateWindowTimer.restart();
+    }
+    onLogicalPixelDensityChanged: updateWindowTimer.restart()
 
     width: baseWidth * factor
     height: baseHeight * factor
-    color: "#1d2733"
+    color: Theme.surface
     // Everything below is laid out in the base size and scaled as a whole.
-    transform: Scale { xScale: root.factor; yScale: root.factor }
+    transform: Scale { origin.x: 0; origin.y: 0; xScale: root.factor; yScale: root.factor }
+
+    // A change of the density comes in several steps: the window is told when they are over.
+    Timer {
+        id: updateWindowTimer
+
+        interval: 500
+        onTriggered: mainwindow.adaptWindowSize(root.width, root.height, root.factor)
+    }
+
+    FontLoader {
+        id: fontAwesome
+
+        source: "qrc:///fontawesome-webfont.ttf"
+    }
 
     QtObject {
         id: engine
 
         property bool hasReported: false
+    }
+
+    QtObject {
+        id: display
+
+        property real tolerance: 0.01 // 1360x768 and 1366x768 count as 16:9
+        property int width: Screen.width
+        property int height: Screen.height
     }
 
     // The tool's 30 s and as much again: an engine that says nothing must not leave the view
@@ -74,19 +154,36 @@ Rectangle {
         }
     }
 
-    FontLoader {
-        id: fontAwesome
-
-        source: "qrc:///fontawesome-webfont.ttf"
+    FocusKeeper {
+        id: acFocus
     }
 
+    // Advice before an auto calibration.
     Rectangle {
-        id: mainRect
+        id: acPopUp
+
+        property bool isDisabled: false
+
+        function leave() {
+            console.log("checked: " + dntShowMsg.isToggled);
+            if (dntShowMsg.isToggled) {
+                isDisabled = true;
+                mainwindow.setAcPopUpDisabled();
+            }
+            root.hidePopUp();
+        }
 
         width: root.baseWidth
         height: root.baseHeight
         color: "transparent"
+        visible: false
         focus: true
+        enabled: mainRect.enabled
+
+        Accessible.role: Accessible.Dialog
+        Accessible.name: advice.text
+
+        Keys.onEscapePressed: leave()
 
         Text {
             anchors { top: parent.top; right: parent.right; margins: 10 }
@@ -100,74 +197,277 @@ Rectangle {
         }
 
         Column {
-            anchors.centerIn: parent
+            anchors { top: parent.top; topMargin: 30; right: parent.right; rightMargin: 10 }
+            width: parent.width - 20
             spacing: 25
 
-            Rectangle {
-                width: mainRect.width
-                height: 40
-                color: "transparent"
+            Column {
+                width: parent.width
+                spacing: 75
 
-                Text {
-                    id: statusLine
+                Rectangle {
+                    width: parent.width
+                    height: 40
+                    color: "transparent"
 
-                    anchors.centerIn: parent
-                    color: "white"
-                    font.family: "Helvetica Neue"
-                    font.pixelSize: 20
-                    horizontalAlignment: Text.AlignHCenter
-                    lineHeight: 1.2
-                    visible: !root.isLoading
-                    text: root.statusText
+                    Image {
+                        id: warningIcon
 
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
+                        anchors { left: parent.left; leftMargin: 10 }
+                        width: 40
+                        height: 40
+                        source: "qrc:///qml/warningIcon.png"
+                    }
+
+                    Text {
+                        id: advice
+
+                        anchors { left: warningIcon.right; leftMargin: 20; right: parent.right; rightMargin: 20 }
+                        color: "white"
+                        font.family: "Poppins"
+                        font.bold: true
+                        font.pixelSize: 14
+                        lineHeight: 1.2
+                        wrapMode: Text.WordWrap
+                        text: qsTr("Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.")
+
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text
+                    }
                 }
 
-                LoadingIndicator {
-                    id: loadingIndicator
+                Row {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    anchors.horizontalCenterOffset: 80
+                    height: 20
 
-                    anchors.centerIn: parent
+                    Checkbox {
+                        id: dntShowMsg
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        autoToggle: true
+                        isToggled: true
+                        text: qsTr("<b><font color=\"white\" family= \"Poppins\">Don't show this message again.</font></b>")
+                        KeyNavigation.tab: cancelBtn
+                        KeyNavigation.backtab: manualBtn2
+                    }
                 }
             }
 
             Row {
-                id: btnRow
-
                 anchors.horizontalCenter: parent.horizontalCenter
-                spacing: 10
+                anchors.horizontalCenterOffset: 60
+                height: 40
+                spacing: 100
 
-                CButton {
-                    id: manualBtn
+                CSelectionButton {
+                    id: cancelBtn
 
-                    icon: "\uf05b"
-                    btnText: qsTr("Manual Calibration")
-                    nextTab: calibrateTouchBtn
-                    prevTab: autoBtn
-                    focus: true
-                    onSubmit: mainwindow.startManualCalibration()
+                    isDisabled: false
+                    showDirection: false
+                    text: qsTr("Cancel")
+                    KeyNavigation.tab: manualBtn2
+                    onClicked: acPopUp.leave()
                 }
 
                 CButton {
-                    id: calibrateTouchBtn
+                    id: manualBtn2
 
-                    icon: "\uf25a"
-                    btnText: qsTr("Touch Calibration")
-                    nextTab: autoBtn
-                    prevTab: manualBtn
-                    onSubmit: mainwindow.startTouchCalibration()
-                }
-
-                CButton {
-                    id: autoBtn
-
-                    icon: "\uf140"
-                    btnText: qsTr("Auto Calibration")
-                    nextTab: manualBtn
-                    prevTab: calibrateTouchBtn
-                    onSubmit: mainwindow.startAutoCalibration()
+                    btnText: qsTr("    Continue    ")
+                    visible: acPopUp.visible
+                    nextTab: dntShowMsg
+                    prevTab: cancelBtn
+                    onSubmit: {
+                        acPopUp.leave();
+                        mainwindow.startAutoCalibration();
+                    }
                 }
             }
         }
+    }
+
+    Rectangle {
+        id: mainRect
+
+        width: root.baseWidth
+        height: root.baseHeight
+        color: "transparent"
+        visible: true
+        focus: true
+        enabled: !aspectRatioWarning.visible && !freqWarning.visible
+
+        KeyNavigation.tab: manualBtn
+        Keys.onPressed: {
+            if (event.key === Qt.Key_F && event.modifiers === Qt.ControlModifier) {
+                event.accepted = true;
+                mainwindow.openLogWindow();
+            }
+        }
+
+        Rectangle {
+            id: mainView
+
+            function show() {
+                anchors.leftMargin = 0;
+            }
+
+            // To the left, as far as a panel comes in from the right.
+            function hide() {
+                anchors.leftMargin = -width;
+            }
+
+            anchors { top: parent.top; bottom: parent.bottom; left: parent.left }
+            width: parent.width
+            color: "transparent"
+            enabled: !settingsView.isOpen && !inputSelection.isOpen
+            visible: anchors.leftMargin > -width
+
+            Behavior on anchors.leftMargin {
+                NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
+            }
+
+            Text {
+                anchors { top: parent.top; right: parent.right; margins: 10 }
+                color: "white"
+                font.family: "Helvetica Neue"
+                font.pixelSize: 12
+                text: root.versionText
+
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+
+            Column {
+                anchors.centerIn: parent
+                spacing: 25
+
+                Rectangle {
+                    width: mainView.width
+                    height: 40
+                    color: "transparent"
+
+                    Text {
+                        id: statusLine
+
+                        anchors.centerIn: parent
+                        width: parent.width - 40
+                        color: "white"
+                        font.family: "Helvetica Neue"
+                        font.pixelSize: [22, 18, 16][text.split("<br>").length - 1]
+                        horizontalAlignment: Text.AlignHCenter
+                        lineHeight: 1.2
+                        wrapMode: Text.WordWrap
+                        visible: !root.isLoading
+                        text: root.statusText
+
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text.replace(/ ?<br> ?/g, " ")
+                    }
+
+                    LoadingIndicator {
+                        id: loadingIndicator
+
+                        anchors.centerIn: parent
+                    }
+                }
+
+                Row {
+                    id: btnRow
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    spacing: 10
+
+                    CButton {
+                        id: manualBtn
+
+                        icon: "\uf05b"
+                        btnText: qsTr("Manual Calibration")
+                        nextTab: calibrateTouchBtn
+                        prevTab: settingsBtn
+                        onSubmit: mainwindow.startManualCalibration()
+                    }
+
+                    CButton {
+                        id: calibrateTouchBtn
+
+                        icon: "\uf25a"
+                        btnText: qsTr("Touch Calibration")
+                        nextTab: autoBtn
+                        prevTab: manualBtn
+                        onSubmit: mainwindow.startTouchCalibration()
+                    }
+
+                    CButton {
+                        id: autoBtn
+
+                        icon: "\uf140"
+                        btnText: qsTr("Auto Calibration")
+                        nextTab: inputBtn
+                        prevTab: calibrateTouchBtn
+                        onSubmit: {
+                            if (acPopUp.isDisabled)
+                                mainwindow.startAutoCalibration();
+                            else
+                                root.showPopUp();
+                        }
+                    }
+                }
+
+                Row {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    spacing: 20
+
+                    CSelectionButton {
+                        id: inputBtn
+
+                        text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
+                        isVisible: !mainwindow.stylusOnly()
+                        KeyNavigation.tab: settingsBtn
+                        KeyNavigation.backtab: autoBtn
+                        onClicked: inputSelection.show()
+                    }
+
+                    CSelectionButton {
+                        id: settingsBtn
+
+                        isDisabled: false
+                        textIcon: "\uf013"
+                        text: qsTr("Settings")
+                        KeyNavigation.tab: manualBtn
+                        KeyNavigation.backtab: inputBtn
+                        onClicked: settingsView.show()
+                    }
+                }
+            }
+        }
+
+        InputSelection {
+            id: inputSelection
+
+            onIsOpenChanged: isOpen ? mainView.hide() : mainView.show()
+        }
+
+        SettingsView {
+            id: settingsView
+
+            onIsOpenChanged: {
+                root.settingsVisible = isOpen;
+                isOpen ? mainView.hide() : mainView.show();
+            }
+        }
+    }
+
+    AspectRatioWarningView {
+        id: aspectRatioWarning
+
+        width: root.baseWidth
+        height: root.baseHeight
+    }
+
+    FreqWarning {
+        id: freqWarning
+
+        width: root.baseWidth
+        height: root.baseHeight
     }
 }

@@ -2,6 +2,87 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AspectRatioWarningView</name>
+    <message>
+        <source>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</source>
+        <translation>Dieser Bildschirm ist nicht auf eine Breitbildauflösung (16:9) eingestellt.&lt;br&gt;&lt;br&gt;                   Wenn die Touch-Genauigkeit nicht ausreicht, &lt;b&gt;wählen Sie eine der folgenden Möglichkeiten oder ignorieren Sie den Hinweis:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignorieren</translation>
+    </message>
+    <message>
+        <source>Correct Offset</source>
+        <translation>Versatz korrigieren</translation>
+    </message>
+    <message>
+        <source>Change graphics settings</source>
+        <translation>Grafikeinstellungen ändern</translation>
+    </message>
+    <message>
+        <source>Apply one of the following changes to achieve better touch accuracy:</source>
+        <translation>Eine der folgenden Änderungen verbessert die Touch-Genauigkeit:</translation>
+    </message>
+    <message>
+        <source>Change your graphics scaling to &quot;Scale Fullscreen&quot; or &quot;Maintain Display Scaling&quot;                      inside the Graphics Control Panel of you graphics card.</source>
+        <translation>Stellen Sie die Skalierung in der Systemsteuerung Ihrer Grafikkarte auf „Vollbild skalieren“ oder „Anzeigeskalierung beibehalten“.</translation>
+    </message>
+    <message>
+        <source>Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.</source>
+        <translation>Stellen Sie eine 16:9-Auflösung ein, zum Beispiel 1360x768, 1600x900 oder 1920x1080.</translation>
+    </message>
+    <message>
+        <source>Go back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Close this dialog</source>
+        <translation>Dialog schließen</translation>
+    </message>
+</context>
+<context>
+    <name>FreqWarning</name>
+    <message>
+        <source>Slow writing
+speed at 30Hz</source>
+        <translation>Langsames Schreiben
+bei 30 Hz</translation>
+    </message>
+    <message>
+        <source>Fast writing
+speed at 60Hz</source>
+        <translation>Schnelles Schreiben
+bei 60 Hz</translation>
+    </message>
+    <message>
+        <source>To get real-time writing experience, please make
+sure that your external display is running
+at 60Hz refresh rate or more.</source>
+        <translation>Damit Sie ohne Verzögerung schreiben können, stellen
+Sie bitte sicher, dass Ihr externer Bildschirm mit einer
+Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>InputSelection</name>
+    <message>
+        <source>Select Input</source>
+        <translation>Eingabe wählen</translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>Finger</translation>
+    </message>
+    <message>
+        <source>Stylus</source>
+        <translation>Stift</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>
@@ -32,6 +113,40 @@
     </message>
 </context>
 <context>
+    <name>SelectionView</name>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsView</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Autostart</source>
+        <translation>Autostart</translation>
+    </message>
+    <message>
+        <source>Optimize USB bandwidth</source>
+        <translation>USB-Bandbreite optimieren</translation>
+    </message>
+    <message>
+        <source>Keeps a processor awake so that no picture of the sensor is lost. Uses more power.</source>
+        <translation>Hält einen Prozessor wach, damit kein Bild des Sensors verloren geht. Verbraucht mehr Strom.</translation>
+    </message>
+    <message>
+        <source>Sensor Viewer</source>
+        <translation>Sensoransicht</translation>
+    </message>
+    <message>
+        <source>Correct Offset</source>
+        <translation>Versatz korrigieren</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Loading...</source>
@@ -48,6 +163,34 @@
     <message>
         <source>Auto Calibration</source>
         <translation>Automatische Kalibrierung</translation>
+    </message>
+    <message>
+        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
+        <translation>Die automatische Kalibrierung hängt von der Art Ihrer Projektionsfläche und vom Umgebungslicht ab. Wenn danach die Genauigkeit nicht ausreicht, führen Sie bitte eine manuelle Kalibrierung durch: Sie ist unter allen Bedingungen zuverlässig.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Don&apos;t show this message again.&lt;/font&gt;&lt;/b&gt;</source>
+        <translation>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Diese Meldung nicht mehr anzeigen.&lt;/font&gt;&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>    Continue    </source>
+        <translation>    Fortfahren    </translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>Finger</translation>
+    </message>
+    <message>
+        <source>Stylus</source>
+        <translation>Stift</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
     </message>
 </context>
 <context>

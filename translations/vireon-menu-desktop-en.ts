@@ -2,6 +2,87 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>AspectRatioWarningView</name>
+    <message>
+        <source>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</source>
+        <translation>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignore</translation>
+    </message>
+    <message>
+        <source>Correct Offset</source>
+        <translation>Correct Offset</translation>
+    </message>
+    <message>
+        <source>Change graphics settings</source>
+        <translation>Change graphics settings</translation>
+    </message>
+    <message>
+        <source>Apply one of the following changes to achieve better touch accuracy:</source>
+        <translation>Apply one of the following changes to achieve better touch accuracy:</translation>
+    </message>
+    <message>
+        <source>Change your graphics scaling to &quot;Scale Fullscreen&quot; or &quot;Maintain Display Scaling&quot;                      inside the Graphics Control Panel of you graphics card.</source>
+        <translation>Change your graphics scaling to &quot;Scale Fullscreen&quot; or &quot;Maintain Display Scaling&quot;                      inside the Graphics Control Panel of you graphics card.</translation>
+    </message>
+    <message>
+        <source>Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.</source>
+        <translation>Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.</translation>
+    </message>
+    <message>
+        <source>Go back</source>
+        <translation>Go back</translation>
+    </message>
+    <message>
+        <source>Close this dialog</source>
+        <translation>Close this dialog</translation>
+    </message>
+</context>
+<context>
+    <name>FreqWarning</name>
+    <message>
+        <source>Slow writing
+speed at 30Hz</source>
+        <translation>Slow writing
+speed at 30Hz</translation>
+    </message>
+    <message>
+        <source>Fast writing
+speed at 60Hz</source>
+        <translation>Fast writing
+speed at 60Hz</translation>
+    </message>
+    <message>
+        <source>To get real-time writing experience, please make
+sure that your external display is running
+at 60Hz refresh rate or more.</source>
+        <translation>To get real-time writing experience, please make
+sure that your external display is running
+at 60Hz refresh rate or more.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>InputSelection</name>
+    <message>
+        <source>Select Input</source>
+        <translation>Select Input</translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>Finger</translation>
+    </message>
+    <message>
+        <source>Stylus</source>
+        <translation>Stylus</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>
@@ -32,6 +113,40 @@
     </message>
 </context>
 <context>
+    <name>SelectionView</name>
+    <message>
+        <source>Back</source>
+        <translation>Back</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsView</name>
+    <message>
+        <source>Settings</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>Autostart</source>
+        <translation>Autostart</translation>
+    </message>
+    <message>
+        <source>Optimize USB bandwidth</source>
+        <translation>Optimize USB bandwidth</translation>
+    </message>
+    <message>
+        <source>Keeps a processor awake so that no picture of the sensor is lost. Uses more power.</source>
+        <translation>Keeps a processor awake so that no picture of the sensor is lost. Uses more power.</translation>
+    </message>
+    <message>
+        <source>Sensor Viewer</source>
+        <translation>Sensor Viewer</translation>
+    </message>
+    <message>
+        <source>Correct Offset</source>
+        <translation>Correct Offset</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Loading...</source>
@@ -48,6 +163,34 @@
     <message>
         <source>Auto Calibration</source>
         <translation>Auto Calibration</translation>
+    </message>
+    <message>
+        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
+        <translation>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Don&apos;t show this message again.&lt;/font&gt;&lt;/b&gt;</source>
+        <translation>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Don&apos;t show this message again.&lt;/font&gt;&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>    Continue    </source>
+        <translation>    Continue    </translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>Finger</translation>
+    </message>
+    <message>
+        <source>Stylus</source>
+        <translation>Stylus</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Settings</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,87 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja" sourcelanguage="en">
 <context>
+    <name>AspectRatioWarningView</name>
+    <message>
+        <source>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</source>
+        <translation>この画面はワイド画面（16:9）の解像度に設定されていません。&lt;br&gt;&lt;br&gt;                   タッチの精度が十分でない場合は、&lt;b&gt;次のいずれかを選択するか、この警告を無視してください。&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>無視する</translation>
+    </message>
+    <message>
+        <source>Correct Offset</source>
+        <translation>位置ずれを補正</translation>
+    </message>
+    <message>
+        <source>Change graphics settings</source>
+        <translation>グラフィックス設定を変更</translation>
+    </message>
+    <message>
+        <source>Apply one of the following changes to achieve better touch accuracy:</source>
+        <translation>タッチの精度を上げるには、次のいずれかの変更を行ってください。</translation>
+    </message>
+    <message>
+        <source>Change your graphics scaling to &quot;Scale Fullscreen&quot; or &quot;Maintain Display Scaling&quot;                      inside the Graphics Control Panel of you graphics card.</source>
+        <translation>お使いのグラフィックスカードのコントロールパネルで、スケーリングを「全画面のスケーリング」または「ディスプレイのスケーリングを維持」に変更する。</translation>
+    </message>
+    <message>
+        <source>Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.</source>
+        <translation>1360x768、1600x900、1920x1080などの16:9の解像度に設定する。</translation>
+    </message>
+    <message>
+        <source>Go back</source>
+        <translation>戻る</translation>
+    </message>
+    <message>
+        <source>Close this dialog</source>
+        <translation>このダイアログを閉じる</translation>
+    </message>
+</context>
+<context>
+    <name>FreqWarning</name>
+    <message>
+        <source>Slow writing
+speed at 30Hz</source>
+        <translation>30Hzでは書き込みが
+遅れます</translation>
+    </message>
+    <message>
+        <source>Fast writing
+speed at 60Hz</source>
+        <translation>60Hzでは書き込みが
+滑らかです</translation>
+    </message>
+    <message>
+        <source>To get real-time writing experience, please make
+sure that your external display is running
+at 60Hz refresh rate or more.</source>
+        <translation>遅れのない書き心地のために、外部ディスプレイが
+60Hz以上のリフレッシュレートで動作していることを
+確認してください。</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>InputSelection</name>
+    <message>
+        <source>Select Input</source>
+        <translation>入力方法の選択</translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>指</translation>
+    </message>
+    <message>
+        <source>Stylus</source>
+        <translation>ペン</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>
@@ -32,6 +113,40 @@
     </message>
 </context>
 <context>
+    <name>SelectionView</name>
+    <message>
+        <source>Back</source>
+        <translation>戻る</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsView</name>
+    <message>
+        <source>Settings</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Autostart</source>
+        <translation>自動起動</translation>
+    </message>
+    <message>
+        <source>Optimize USB bandwidth</source>
+        <translation>USB帯域幅を最適化</translation>
+    </message>
+    <message>
+        <source>Keeps a processor awake so that no picture of the sensor is lost. Uses more power.</source>
+        <translation>センサーの画像が失われないように、プロセッサを待機状態にしません。消費電力が増えます。</translation>
+    </message>
+    <message>
+        <source>Sensor Viewer</source>
+        <translation>センサービューア</translation>
+    </message>
+    <message>
+        <source>Correct Offset</source>
+        <translation>位置ずれを補正</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Loading...</source>
@@ -39,15 +154,43 @@
     </message>
     <message>
         <source>Manual Calibration</source>
-        <translation>手動調整</translation>
+        <translation>手動キャリブレーション</translation>
     </message>
     <message>
         <source>Touch Calibration</source>
-        <translation>タッチ調整</translation>
+        <translation>タッチキャリブレーション</translation>
     </message>
     <message>
         <source>Auto Calibration</source>
-        <translation>自動調整</translation>
+        <translation>自動キャリブレーション</translation>
+    </message>
+    <message>
+        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
+        <translation>自動キャリブレーションの結果は、スクリーンの種類や周囲の明るさに左右されます。自動キャリブレーション後の精度が十分でない場合は、どのような環境でも確実な手動キャリブレーションをやり直してください。</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Don&apos;t show this message again.&lt;/font&gt;&lt;/b&gt;</source>
+        <translation>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;今後このメッセージを表示しない&lt;/font&gt;&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>    Continue    </source>
+        <translation>    続行    </translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>指</translation>
+    </message>
+    <message>
+        <source>Stylus</source>
+        <translation>ペン</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>設定</translation>
     </message>
 </context>
 <context>
@@ -70,15 +213,15 @@
     </message>
     <message>
         <source>Calibration aborted.</source>
-        <translation>調整が中止されました。</translation>
+        <translation>キャリブレーションが中止されました。</translation>
     </message>
     <message>
         <source>Calibration failed, please try again.</source>
-        <translation>調整に失敗しました。もう一度お試しください。</translation>
+        <translation>キャリブレーションに失敗しました。もう一度お試しください。</translation>
     </message>
     <message>
         <source>Started, %1 not calibrated.</source>
-        <translation>起動しました。%1は調整されていません。</translation>
+        <translation>起動しました。%1はキャリブレーションされていません。</translation>
     </message>
     <message>
         <source>A problem occured, please restart %1.</source>
@@ -94,7 +237,7 @@
     </message>
     <message>
         <source>%1 not connected! &lt;br&gt;Please connect the USB cable and check the box&lt;br&gt; to enable the setting for Remote Pen</source>
-        <translation>%1が接続されていません！ &lt;br&gt;USBケーブルを接続し、&lt;br&gt;リモートペンの設定を有効にしてください</translation>
+        <translation>%1が接続されていません！ &lt;br&gt;USBケーブルを接続し、チェックボックスをオンにして&lt;br&gt; リモートペンの設定を有効にしてください</translation>
     </message>
 </context>
 </TS>

@@ -1,63 +1,41 @@
 import QtQuick 2.15
-import QtTest 1.15
 
-TestCase {
+ViewTestCase {
     id: testCase
 
     property var view
 
     name: "MainView"
-    when: windowShown
-    width: 800
-    height: 300
-    visible: true
 
-    function find(item, matches) {
-        if (matches(item))
-            return item;
-        for (var i = 0; i < item.children.length; ++i) {
-            var found = find(item.children[i], matches);
-            if (found)
-                return found;
+    function init() {
+        language.choose("en_US");
+        view = createMain();
+        testLog.takeLines();
+    }
+
+    function button(label) {
+        return control(view, label);
+    }
+
+    function resource(property) {
+        for (var i = 0; i < view.resources.length; ++i) {
+            if (view.resources[i][property] !== undefined)
+                return view.resources[i];
         }
         return null;
     }
 
-    function button(label) {
-        return find(view, function(item) { return item.btnText === label; });
-    }
-
-    function shownText(text) {
-        var item = find(view, function(candidate) {
-            return candidate.text === text && candidate.visible;
-        });
-        return item !== null;
-    }
-
-    // As the controller does it after the view was loaded.
-    function init() {
-        mainwindow.calls = [];
-        mainwindow.brandCode = "qor";
-        var component = Qt.createComponent("qrc:/qml/main.qml");
-        compare(component.status, Component.Ready, component.errorString());
-        view = createTemporaryObject(component, testCase);
-        verify(view);
-        view.versionText = "1.4.121";
-        view.status = 1;
-        view.finishedLoading = true;
-    }
-
-    // A status as the controller writes it, also when it equals the last one.
-    function report(code) {
-        var equal = view.status === code;
-        view.status = code;
-        if (equal)
-            view.statusChanged();
+    function timer(interval) {
+        for (var i = 0; i < view.resources.length; ++i) {
+            if (view.resources[i].interval === interval)
+                return view.resources[i];
+        }
+        return null;
     }
 
     function test_beforeTheFirstReport() {
-        verify(shownText("Starting up..."));
-        verify(shownText("1.4.121"));
+        verify(shownText(view, "Starting up..."));
+        verify(shownText(view, "1.4.121"));
         compare(view.isReady, false);
         compare(view.buttonsDisabled, false);
     }
@@ -82,61 +60,57 @@ TestCase {
     }
 
     function test_statusTexts(row) {
-        report(row.code);
+        report(view, row.code);
         compare(view.statusText, row.text);
-        verify(shownText(row.text));
+        verify(shownText(view, row.text));
         compare(view.isReady, row.ready);
         compare(view.buttonsDisabled, !row.ready);
     }
 
     function test_remotePenTextOfItsBrand() {
         mainwindow.brandCode = "tal";
-        report(-1);
+        report(view, -1);
         compare(view.statusText, "Vireon not connected! <br>Please connect the USB cable and check the box<br> to enable the setting for Remote Pen");
         compare(view.isReady, false);
     }
 
     function test_nothingChangesBeforeTheViewIsComplete() {
         view.finishedLoading = false;
-        report(0);
-        verify(shownText("Starting up..."));
+        report(view, 0);
+        verify(shownText(view, "Starting up..."));
         compare(view.isReady, false);
     }
 
     function test_calibratingLoadsUntilTheNextReport() {
-        report(0);
-        report(2);
+        report(view, 0);
+        report(view, 2);
         compare(view.isLoading, true);
-        tryVerify(function() { return shownText("Loading..."); });
-        verify(!shownText("Started and ready"));
+        tryVerify(function() { return shownText(view, "Loading..."); });
+        verify(!shownText(view, "Started and ready"));
         compare(view.buttonsDisabled, true);
-        report(-4);
+        report(view, -4);
         compare(view.isLoading, false);
-        verify(shownText("Calibration failed, please try again."));
+        verify(shownText(view, "Calibration failed, please try again."));
         compare(view.buttonsDisabled, false);
     }
 
     function test_loadingEndsWithAnEqualReportToo() {
-        report(0);
+        report(view, 0);
         view.isLoading = true;
-        tryVerify(function() { return shownText("Loading..."); });
-        report(0);
+        tryVerify(function() { return shownText(view, "Loading..."); });
+        report(view, 0);
         compare(view.isLoading, false);
-        verify(shownText("Started and ready"));
+        verify(shownText(view, "Started and ready"));
     }
 
     function test_loadingEndsByItself() {
-        report(0);
+        report(view, 0);
         view.isLoading = true;
-        var limit = null;
-        for (var i = 0; i < view.resources.length; ++i) {
-            if (view.resources[i].interval === 60000)
-                limit = view.resources[i];
-        }
+        var limit = timer(60000);
         verify(limit && limit.running);
         limit.triggered();
         compare(view.isLoading, false);
-        verify(shownText("Last action failed please try again."));
+        verify(shownText(view, "Last action failed please try again."));
         compare(limit.running, false);
     }
 
@@ -149,32 +123,42 @@ TestCase {
     }
 
     function test_buttonsStartTheirCalibrations(row) {
+        view.disableAcPopUp();
         var target = button(row.tag);
-        verify(target);
         compare(target.icon, row.glyph);
         mouseClick(target);
-        compare(mainwindow.calls.toString(), row.call);
-
         target.forceActiveFocus();
         keyClick(Qt.Key_Return);
         keyClick(Qt.Key_Space);
         compare(mainwindow.calls.toString(), [row.call, row.call, row.call].toString());
 
-        report(-10);
+        report(view, -10);
         mouseClick(target);
         keyClick(Qt.Key_Return);
         compare(mainwindow.calls.length, 3);
     }
 
     function test_tabGoesRound() {
-        var labels = ["Manual Calibration", "Touch Calibration", "Auto Calibration"];
-        button(labels[0]).forceActiveFocus();
-        for (var i = 1; i <= 3; ++i) {
+        var labels = ["Manual Calibration", "Touch Calibration", "Auto Calibration", "Finger", "Settings"];
+        for (var i = 0; i <= labels.length; ++i) {
             keyClick(Qt.Key_Tab);
-            verify(button(labels[i % 3]).activeFocus, labels[i % 3]);
+            verify(button(labels[i % labels.length]).activeFocus, labels[i % labels.length]);
         }
+        for (i = labels.length - 1; i >= 0; --i) {
+            keyClick(Qt.Key_Backtab);
+            verify(button(labels[i]).activeFocus, labels[i]);
+        }
+    }
+
+    function test_tabSkipsWhatIsNotThere() {
+        mainwindow.isStylusOnly = true;
+        view.destroy();
+        view = create("main");
+        button("Auto Calibration").forceActiveFocus();
+        keyClick(Qt.Key_Tab);
+        verify(button("Settings").activeFocus);
         keyClick(Qt.Key_Backtab);
-        verify(button(labels[2]).activeFocus);
+        verify(button("Auto Calibration").activeFocus);
     }
 
     function test_scaleFollowsThePixelDensity() {
@@ -186,16 +170,208 @@ TestCase {
     }
 
     function test_declaredDefaults() {
-        compare(view.baseHeight, 240);
-        compare(view.basePixelDensity, 3.7795275590551185);
-        compare(view.fontfamily, "Helvetica");
-        compare(view.markerMargin, 5);
-        compare(view.isTouch, true);
-        compare(view.isGreaterEqualsWin8, false);
-        compare(view.aspectRatioWarningShown, false);
-        compare(view.settingsVisible, false);
-        compare(view.isAutoStart, true);
-        compare(view.isKeepACpuRunning, false);
-        compare(view.pauseCalib, false);
+        var fresh = create("main");
+        compareDefaults(fresh, {
+            baseWidth: undefined, baseHeight: 240, basePixelDensity: 3.7795275590551185,
+            logicalPixelDensity: undefined, factor: undefined, finishedLoading: false,
+            margin: undefined, fontfamily: "Helvetica", isLoading: false, markerMargin: 5,
+            isTouch: true, buttonsDisabled: false, isGreaterEqualsWin8: false,
+            aspectRatioWarningShown: false, loadingText: "Loading...", versionText: "",
+            statusText: "Starting up...", isReady: false, status: -99, settingsVisible: false,
+            isAutoStart: true, isKeepACpuRunning: false, pauseCalib: false
+        });
+        compare(fresh.transform.length, 1);
+        compare(fresh.transform[0].origin.x, 0);
+        compare(fresh.transform[0].xScale, fresh.factor);
+        compare(fresh.transform[0].yScale, fresh.factor);
+        compare(typeof fresh.windowClosing, "function");
+    }
+
+    function test_functionsInTheirOrder() {
+        var names = Object.keys(view).filter(function(name) { return typeof view[name] === "function"; });
+        var wanted = ["checkAspectRatio", "show", "hide", "showPopUp", "hidePopUp", "showFreqPopup", "disableAcPopUp"];
+        compare(names.filter(function(name) { return wanted.indexOf(name) >= 0; }).join(), wanted.join());
+    }
+
+    function test_itemsInTheirOrder() {
+        var found = [];
+        for (var i = 0; i < view.children.length; ++i) {
+            var item = view.children[i];
+            var kind = item.isDisabled !== undefined ? "acPopUp"
+                     : item.showGraphicsSettings ? "aspectRatioWarning"
+                     : item.isPlaying !== undefined ? "freqWarning" : "mainRect";
+            found.push(kind + (item.visible ? "" : ": hidden"));
+        }
+        compare(found.join(), "acPopUp: hidden,mainRect,aspectRatioWarning: hidden,freqWarning: hidden");
+    }
+
+    function test_iconFont() {
+        compare(resource("source").source.toString(), "qrc:///fontawesome-webfont.ttf");
+    }
+
+    function test_windowIsToldOfItsSize() {
+        var sizing = timer(500);
+        compare(sizing.running, true);
+        sizing.stop();
+        view.logicalPixelDensity = view.basePixelDensity;
+        compare(sizing.running, true);
+        mainwindow.calls = [];
+        tryVerify(function() { return mainwindow.calls.length === 1; });
+        compare(mainwindow.calls.toString(), "size " + view.width + "x240 1");
+        view.logicalPixelDensity = 1.5 * view.basePixelDensity;
+        compare(sizing.running, true);
+        tryVerify(function() { return mainwindow.calls.length === 2; });
+        compare(mainwindow.calls[1], "size " + view.width + "x360 1.5");
+    }
+
+    function test_ctrlF() {
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        compare(mainwindow.calls.toString(), "log window");
+        keyClick(Qt.Key_F);
+        button("Touch Calibration").forceActiveFocus();
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        compare(mainwindow.calls.toString(), "log window,log window");
+    }
+
+    function test_showAndHide() {
+        view.hide();
+        compare(isShown(find(view, function(item) { return item.btnText === "Manual Calibration"; })), false);
+        view.show();
+        verify(isShown(button("Manual Calibration")));
+    }
+
+    function test_inputModeIsShown() {
+        verify(button("Finger"));
+        view.isTouch = false;
+        verify(button("Stylus"));
+        compare(glyphs(button("Settings")).length, 2);
+        verify(glyphs(button("Settings")).indexOf("\uf013") >= 0);
+    }
+
+    function test_stylusOnlyHasNoChoice() {
+        mainwindow.isStylusOnly = true;
+        view.destroy();
+        view = create("main");
+        verify(!find(view, function(item) { return item.visible && (item.text === "Finger" || item.text === "Stylus"); }));
+    }
+
+    function test_settingsOpenWheneverAsked() {
+        report(view, -12);
+        compare(button("Finger").isDisabled, true);
+        mouseClick(button("Settings"));
+        compare(view.settingsVisible, true);
+    }
+
+    // --- Advice before an auto calibration ----------------------------------------------------
+
+    readonly property string advice: "Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios."
+    readonly property string dontShow: "<b><font color=\"white\" family= \"Poppins\">Don't show this message again.</font></b>"
+
+    function adviceIsShown() {
+        var text = find(view, function(item) { return item.text === advice; });
+        compare(text.font.family, "Poppins");
+        compare(text.font.bold, true);
+        compare(text.font.pixelSize, 14);
+        return isShown(text);
+    }
+
+    function test_advice_data() {
+        return [
+            { tag: "Continue", label: "    Continue    ", checked: true, calls: "no advice,auto" },
+            { tag: "Continue, shown again", label: "    Continue    ", checked: false, calls: "auto" },
+            { tag: "Cancel", label: "Cancel", checked: true, calls: "no advice" },
+            { tag: "Cancel, shown again", label: "Cancel", checked: false, calls: "" },
+            { tag: "Escape", label: "", checked: true, calls: "no advice" },
+            { tag: "Escape, shown again", label: "", checked: false, calls: "" }
+        ];
+    }
+
+    function test_advice(row) {
+        report(view, 0);
+        compare(adviceIsShown(), false);
+        mouseClick(button("Auto Calibration"));
+        compare(mainwindow.calls.toString(), "");
+        compare(adviceIsShown(), true);
+        wait(20); // for the buttons to arrange
+        verify(!find(view, function(item) { return item.btnText === "Manual Calibration" && isShown(item); }));
+        var box = control(view, dontShow);
+        compare(box.isToggled, true);
+        if (!row.checked)
+            mouseClick(box);
+        compare(box.isToggled, row.checked);
+        testLog.takeLines();
+        if (row.label)
+            mouseClick(control(view, row.label));
+        else
+            keyClick(Qt.Key_Escape);
+        compare(testLog.takeLines()[0], "checked: " + row.checked);
+        compare(mainwindow.calls.toString(), row.calls);
+        compare(adviceIsShown(), false);
+        mouseClick(button("Auto Calibration"));
+        compare(adviceIsShown(), !row.checked);
+        compare(mainwindow.calls.toString(), row.checked ? row.calls + ",auto" : row.calls);
+    }
+
+    function test_adviceByKeyboard() {
+        report(view, 0);
+        button("Auto Calibration").forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        verify(control(view, "    Continue    ").activeFocus);
+        keyClick(Qt.Key_Tab);
+        verify(control(view, dontShow).activeFocus);
+        keyClick(Qt.Key_Space);
+        compare(control(view, dontShow).isToggled, false);
+        keyClick(Qt.Key_Tab);
+        verify(control(view, "Cancel").activeFocus);
+        keyClick(Qt.Key_Backtab);
+        keyClick(Qt.Key_Backtab);
+        verify(control(view, "    Continue    ").activeFocus);
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        compare(mainwindow.calls.toString(), "");
+        keyClick(Qt.Key_Return);
+        compare(mainwindow.calls.toString(), "auto");
+        verify(button("Auto Calibration").activeFocus);
+    }
+
+    function test_adviceWaitsForTheEngine() {
+        report(view, 0);
+        view.showPopUp();
+        wait(20); // for the buttons to arrange
+        report(view, -10);
+        mouseClick(control(view, "    Continue    "));
+        compare(mainwindow.calls.toString(), "");
+        compare(adviceIsShown(), true);
+        mouseClick(control(view, "Cancel"));
+        compare(adviceIsShown(), false);
+    }
+
+    function test_adviceIsDisabled() {
+        view.disableAcPopUp();
+        mouseClick(button("Auto Calibration"));
+        compare(mainwindow.calls.toString(), "auto");
+        compare(adviceIsShown(), false);
+    }
+
+    // --- Languages ----------------------------------------------------------------------------
+
+    function test_languages_data() {
+        return [
+            { tag: "de_DE", ready: "Gestartet und bereit", settings: "Einstellungen" },
+            { tag: "ja_JP", ready: "起動完了、使用できます", settings: "設定" },
+            { tag: "en_US", ready: "Started and ready", settings: "Settings" }
+        ];
+    }
+
+    function test_languages(row) {
+        verify(language.choose(row.tag));
+        view.destroy();
+        view = createMain();
+        report(view, 0);
+        compare(view.statusText, row.ready);
+        verify(button(row.settings));
+        // The window takes its size as soon as the view is there.
+        var width = view.width;
+        wait(50);
+        compare(view.width, width);
     }
 }

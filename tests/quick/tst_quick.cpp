@@ -1,57 +1,103 @@
 #include "app/resources.h"
+#include "fakecontroller.h"
+#include "testlog.h"
 
+#include <QCoreApplication>
+#include <QFont>
+#include <QKeyEvent>
+#include <QLocale>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QtQuickTest>
+#include <QTranslator>
 
-/**
- * Stands in for the controller: remembers each call of the view, in order.
- */
-class FakeController : public QObject
+/// Chooses the language that views made from now on speak.
+class Language : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QStringList calls MEMBER calls NOTIFY callsChanged)
-    Q_PROPERTY(QString brandCode MEMBER brandCode NOTIFY brandCodeChanged)
 
 public:
-    QStringList calls;
-    QString brandCode = QStringLiteral("qor");
-
-    Q_INVOKABLE QString appName() const { return QStringLiteral("Vireon"); }
-    Q_INVOKABLE QString brand() const { return brandCode; }
-    Q_INVOKABLE void startManualCalibration() { note(QStringLiteral("manual")); }
-    Q_INVOKABLE void startTouchCalibration() { note(QStringLiteral("touch")); }
-    Q_INVOKABLE void startAutoCalibration() { note(QStringLiteral("auto")); }
-
-signals:
-    void callsChanged();
-    void brandCodeChanged();
+    /// @p locale as in "de_DE". False where there is no catalogue for it.
+    Q_INVOKABLE bool choose(const QString& locale)
+    {
+        QCoreApplication::removeTranslator(&translator);
+        QLocale::setDefault(QLocale(locale));
+        const bool loaded = translator.load(QStringLiteral("vireon-menu-desktop-")
+                                                + locale.section(QLatin1Char('_'), 0, 0),
+                                            QStringLiteral(":/translations"));
+        QCoreApplication::installTranslator(&translator);
+        return loaded;
+    }
 
 private:
-    void note(const QString& call)
+    QTranslator translator;
+};
+
+/// What the tests' own keyboard cannot do.
+class Keyboard : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A key that is held down goes on to send presses of this kind.
+    Q_INVOKABLE void repeat(QQuickItem* item, int key)
     {
-        calls.append(call);
-        emit callsChanged();
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(item->window(), &event);
     }
 };
 
-/// Registers the program's views and the stand-in before the tests are loaded.
+/// Saves what the window shows.
+class Camera : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The upper left @p width x @p height px of the window that @p item is in.
+    Q_INVOKABLE bool save(QQuickItem* item, int width, int height, const QString& path)
+    {
+        return item->window()->grabWindow().copy(0, 0, width, height).save(path);
+    }
+};
+
+/// Registers the program's views and the stand-ins before the tests are loaded.
 class Setup : public QObject
 {
     Q_OBJECT
 
 public slots:
-    void applicationAvailable() { initResources(); }
+    void applicationAvailable()
+    {
+        initResources();
+        QLocale::setDefault(QLocale(QStringLiteral("en_US")));
+        // The widest font that a desktop may have in place of these: what fits then always fits.
+        for (const char* family : {"Helvetica", "Helvetica Neue", "Poppins", "Tahoma"})
+            QFont::insertSubstitution(QLatin1String(family), QStringLiteral("DejaVu Sans"));
+    }
 
     void qmlEngineAvailable(QQmlEngine* engine)
     {
-        engine->rootContext()->setContextProperty(QStringLiteral("mainwindow"), &controller);
-        engine->rootContext()->setContextProperty(QStringLiteral("operatingSystem"),
-                                                  QStringLiteral("linux"));
+        QQmlContext* context = engine->rootContext();
+        context->setContextProperty(QStringLiteral("mainwindow"), &controller);
+        context->setContextProperty(QStringLiteral("sdk"), &sdk);
+        context->setContextProperty(QStringLiteral("operatingSystem"), QStringLiteral("linux"));
+        context->setContextProperty(QStringLiteral("language"), &language);
+        context->setContextProperty(QStringLiteral("keyboard"), &keyboard);
+        context->setContextProperty(QStringLiteral("camera"), &camera);
+        context->setContextProperty(QStringLiteral("testLog"), &log);
+        context->setContextProperty(QStringLiteral("sheetFolder"),
+                                    qEnvironmentVariable("VIREON_SHEET"));
     }
 
 private:
     FakeController controller;
+    FakeSdk sdk;
+    Language language;
+    Keyboard keyboard;
+    Camera camera;
+    TestLog log;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(quick, Setup)

@@ -1,0 +1,176 @@
+import QtQuick 2.15
+import "theme.js" as Theme
+
+// Tells that the screen is not 16:9 and offers what to do about it: at once on the first screen, in
+// the settings of the graphics card on the second.
+Rectangle {
+    id: root
+
+    function show() {
+        if (visible)
+            return;
+        focusKeeper.raise(root);
+        visible = true;
+        showFirstScreen();
+    }
+
+    function hide() {
+        if (!visible)
+            return;
+        visible = false;
+        focusKeeper.giveBack();
+    }
+
+    function showFirstScreen() {
+        graphicsSettingsScreen.visible = false;
+        firstScreen.visible = true;
+        ignoreBtn.forceActiveFocus();
+    }
+
+    function showGraphicsSettings() {
+        firstScreen.visible = false;
+        graphicsSettingsScreen.visible = true;
+        backBtn.forceActiveFocus();
+    }
+
+    visible: false
+    color: Theme.surface
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: firstText.plainText
+
+    Keys.onEscapePressed: hide()
+
+    FocusKeeper {
+        id: focusKeeper
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+    }
+
+    Item {
+        id: firstScreen
+
+        anchors { fill: parent; margins: 20; bottomMargin: 20 + margin }
+
+        Text {
+            id: firstText
+
+            readonly property string plainText: text.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ")
+
+            anchors { left: parent.left; right: parent.right; top: parent.top; bottom: btnRow.top; bottomMargin: 10 }
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            wrapMode: Text.WordWrap
+            textFormat: Text.RichText
+            color: "#eee"
+            font.family: fontfamily
+            font.pixelSize: 16
+            text: qsTr("This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>")
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: plainText
+        }
+
+        Row {
+            id: btnRow
+
+            anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+            spacing: 10
+
+            CButton {
+                id: ignoreBtn
+
+                isSmall: true
+                isDisabled: false
+                btnText: qsTr("Ignore")
+                nextTab: offsetBtn
+                prevTab: graphicsBtn
+                onSubmit: root.hide()
+            }
+
+            CButton {
+                id: offsetBtn
+
+                isSmall: true
+                btnText: qsTr("Correct Offset")
+                nextTab: graphicsBtn
+                prevTab: ignoreBtn
+                onSubmit: {
+                    mainwindow.offsetCorrection();
+                    root.hide();
+                }
+            }
+
+            CButton {
+                id: graphicsBtn
+
+                isSmall: true
+                isDisabled: false
+                btnText: qsTr("Change graphics settings")
+                nextTab: ignoreBtn
+                prevTab: offsetBtn
+                onSubmit: root.showGraphicsSettings()
+            }
+        }
+    }
+
+    Item {
+        id: graphicsSettingsScreen
+
+        anchors { fill: parent; margins: 20; topMargin: 10; bottomMargin: 10 + margin }
+        visible: false
+
+        Text {
+            anchors { left: parent.left; right: parent.right; top: parent.top; bottom: btnRow2.top; bottomMargin: 10 }
+            verticalAlignment: Text.AlignVCenter
+            wrapMode: Text.WordWrap
+            textFormat: Text.RichText
+            color: "#eee"
+            font.family: fontfamily
+            font.pixelSize: 15
+            text: qsTr("Apply one of the following changes to achieve better touch accuracy:")
+                + "<ol type=\"A\"><li>"
+                + qsTr("Change your graphics scaling to \"Scale Fullscreen\" or \"Maintain Display Scaling\"                      inside the Graphics Control Panel of you graphics card.")
+                + "</li><li>"
+                + qsTr("Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.")
+                + "</li></ol>"
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ")
+        }
+
+        Row {
+            id: btnRow2
+
+            anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+            spacing: 10
+
+            CButton {
+                id: backBtn
+
+                isSmall: true
+                isDisabled: false
+                icon: "\uf053"
+                btnText: qsTr("Go back")
+                nextTab: closeBtn
+                prevTab: closeBtn
+                onSubmit: root.showFirstScreen()
+            }
+
+            CButton {
+                id: closeBtn
+
+                isSmall: true
+                isDisabled: false
+                icon: "\uf00d"
+                btnText: qsTr("Close this dialog")
+                nextTab: backBtn
+                prevTab: backBtn
+                onSubmit: root.hide()
+            }
+        }
+    }
+}

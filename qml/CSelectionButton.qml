@@ -1,0 +1,121 @@
+import QtQuick 2.15
+import "colors.js" as Colors
+import "keyboard.js" as Keyboard
+import "theme.js" as Theme
+
+// A quiet button that leads somewhere: its chevron points to the right, or to the left where it
+// leads back. "btnColor2" is its colour at rest, "btnColor" the present one.
+Rectangle {
+    id: root
+
+    property string text
+    property bool isDisabled: buttonsDisabled
+    property bool isLeft: false
+    property bool showDirection: true
+    property color btnColor: isDisabled || !buttonMouse.pressed ? btnColor2 : Colors.primary500
+    property int fontSize: 16
+    property bool isVisible: true
+    property string textIcon: ""
+    property color btnColor2: "#33ffffff"
+
+    signal clicked()
+
+    function click() {
+        if (!isDisabled)
+            clicked();
+    }
+
+    color: "transparent"
+    height: 35
+    width: buttonContent.width + 30
+    opacity: isDisabled ? Theme.disabledOpacity : 1.0
+    visible: isVisible
+    activeFocusOnTab: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text.trim()
+    Accessible.focusable: true
+    Accessible.onPressAction: click()
+
+    Keys.onPressed: {
+        if (Keyboard.presses(event)) {
+            event.accepted = true;
+            click();
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 5
+        smooth: true
+        color: root.btnColor
+    }
+
+    Rectangle {
+        id: whiteHover
+
+        anchors.fill: parent
+        radius: 5
+        color: "white"
+        opacity: 0.2
+        visible: buttonMouse.containsMouse && !buttonMouse.pressed && !root.isDisabled
+    }
+
+    Row {
+        id: buttonContent
+
+        anchors.centerIn: parent
+        spacing: 5
+
+        Text {
+            id: iconLeft
+
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: 2
+            visible: root.isLeft && root.showDirection
+            color: "white"
+            font.family: fontAwesome.name
+            font.pixelSize: 16
+            text: "\uf053"
+        }
+
+        Text {
+            anchors.baseline: label.baseline
+            visible: root.textIcon !== ""
+            color: "white"
+            font.family: fontAwesome.name
+            font.pixelSize: root.fontSize
+            text: root.textIcon
+        }
+
+        Text {
+            id: label
+
+            anchors.verticalCenter: parent.verticalCenter
+            color: "white"
+            font.family: fontfamily
+            font.pixelSize: root.fontSize
+            text: root.text
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: 2
+            visible: !root.isLeft && root.showDirection
+            color: "white"
+            font.family: fontAwesome.name
+            font.pixelSize: 16
+            text: "\uf054"
+        }
+    }
+
+    MouseArea {
+        id: buttonMouse
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: root.click()
+    }
+
+    FocusRing {}
+}

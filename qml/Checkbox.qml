@@ -1,0 +1,106 @@
+import QtQuick 2.15
+import "keyboard.js" as Keyboard
+
+// A mark with a label. With "autoToggle" a click switches the mark itself; otherwise the mark shows
+// what "isToggled" is bound to, and the click only emits submit().
+Rectangle {
+    id: checkbox
+
+    property bool isToggled: true
+    property bool autoToggle: false
+    property string text: "high"
+    property string checkMark: "✔"
+    property string toolTipText
+    // Where something else lies over the check box and has the mouse, it tells so here.
+    property bool isHovered: mouse.containsMouse
+    property bool isPressed: mouse.pressed
+
+    signal submit()
+
+    function click() {
+        if (autoToggle)
+            isToggled = !isToggled;
+        submit();
+    }
+
+    color: "transparent"
+    height: 35
+    width: box.width + 20
+    activeFocusOnTab: true
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text.replace(/<[^>]*>/g, "")
+    Accessible.checkable: true
+    Accessible.checked: isToggled
+    Accessible.focusable: true
+    Accessible.onPressAction: click()
+    Accessible.onToggleAction: click()
+
+    Keys.onPressed: {
+        if (Keyboard.presses(event)) {
+            event.accepted = true;
+            click();
+        }
+    }
+
+    ToolTipArea {
+        id: toolTip
+
+        showToolTip: checkbox.toolTipText !== "" && (checkbox.isHovered || checkbox.activeFocus)
+        toolTipTxt: checkbox.toolTipText
+    }
+
+    Rectangle {
+        id: whiteHover
+
+        anchors.fill: parent
+        radius: 5
+        color: "white"
+        opacity: checkbox.isPressed ? 0.1 : 0.2
+        visible: checkbox.isHovered
+    }
+
+    Row {
+        id: box
+
+        anchors.centerIn: parent
+        spacing: 5
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 20
+            height: 20
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            color: "white"
+            font.pixelSize: 16
+            text: checkbox.isToggled ? checkbox.checkMark : ""
+
+            Rectangle {
+                anchors.fill: parent
+                radius: 3
+                color: "transparent"
+                border.width: 2
+                border.color: "white"
+            }
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            color: "white"
+            font.family: fontfamily
+            font.pixelSize: 16
+            text: checkbox.text
+        }
+    }
+
+    MouseArea {
+        id: mouse
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: checkbox.click()
+    }
+
+    FocusRing {}
+}

@@ -1,0 +1,12 @@
+import QtQuick 2.15
+
+// Shows where the keyboard is: a line around the control whose child it is.
+Rectangle {
+    anchors.fill: parent
+    anchors.margins: -3
+    visible: parent.activeFocus
+    color: "transparent"
+    radius: 5
+    border.width: 2
+    border.color: "white"
+}

@@ -1,0 +1,188 @@
+import QtQuick 2.15
+import QtQuick.Window 2.15
+import "theme.js" as Theme
+
+// Tells that the display's refresh rate is too low to write on, and shows what that looks like.
+Rectangle {
+    id: root
+
+    readonly property bool isPlaying: visible && Window.visibility !== Window.Hidden
+
+    function show() {
+        console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
+        if (visible)
+            return;
+        focusKeeper.raise(root);
+        visible = true;
+        okBtn.forceActiveFocus();
+    }
+
+    function hide() {
+        if (!visible)
+            return;
+        visible = false;
+        focusKeeper.giveBack();
+    }
+
+    visible: false
+    color: Theme.scrim
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: message.text
+
+    Keys.onEscapePressed: hide()
+
+    FocusKeeper {
+        id: focusKeeper
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+    }
+
+    Rectangle {
+        id: popup
+
+        anchors.centerIn: parent
+        anchors.verticalCenterOffset: -margin / 2
+        width: Math.ceil(Math.max(rates.width, notice.width + 20 + okBtn.width)) + 40
+        height: Math.ceil(rates.height + notice.height) + 30
+        radius: 5
+        color: Theme.raised
+
+        Row {
+            id: rates
+
+            anchors { top: parent.top; topMargin: 10; horizontalCenter: parent.horizontalCenter }
+            spacing: 25
+
+            Column {
+                spacing: 5
+
+                AnimatedImage {
+                    id: thirtyHz
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    height: 80
+                    fillMode: Image.PreserveAspectFit
+                    playing: root.isPlaying
+                    source: "qrc:///qml/30hz.gif"
+                }
+
+                Text {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    horizontalAlignment: Text.AlignHCenter
+                    color: "white"
+                    font.family: "Helvetica Neue"
+                    font.pixelSize: 13
+                    text: qsTr("Slow writing\nspeed at 30Hz")
+
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+            }
+
+            Column {
+                spacing: 5
+
+                AnimatedImage {
+                    id: sixtyHz
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    height: 80
+                    fillMode: Image.PreserveAspectFit
+                    playing: root.isPlaying
+                    source: "qrc:///qml/60hz.gif"
+                }
+
+                Text {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    horizontalAlignment: Text.AlignHCenter
+                    color: "white"
+                    font.family: "Helvetica Neue"
+                    font.pixelSize: 13
+                    text: qsTr("Fast writing\nspeed at 60Hz")
+
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+            }
+        }
+
+        Row {
+            id: notice
+
+            anchors { bottom: parent.bottom; bottomMargin: 10; left: parent.left; leftMargin: 20 }
+            spacing: 10
+
+            Image {
+                id: name
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: 40
+                height: 40
+                source: "qrc:///qml/alert.png"
+            }
+
+            Text {
+                id: message
+
+                anchors.verticalCenter: parent.verticalCenter
+                color: "white"
+                font.family: "Helvetica Neue"
+                font.pixelSize: 13
+                text: qsTr("To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more.")
+
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+
+        Image {
+            id: okBtn
+
+            function click() {
+                console.log("Settings Button clicked");
+                root.hide();
+            }
+
+            anchors { bottom: parent.bottom; bottomMargin: 10; right: parent.right; rightMargin: 20 }
+            width: 80
+            height: 35
+            source: "qrc:///qml/okbtn.png"
+            activeFocusOnTab: true
+
+            Accessible.role: Accessible.Button
+            Accessible.name: qsTr("OK")
+            Accessible.focusable: true
+            Accessible.onPressAction: click()
+
+            KeyNavigation.tab: okBtn
+            KeyNavigation.backtab: okBtn
+            Keys.onReturnPressed: click()
+            Keys.onEnterPressed: click()
+            Keys.onSpacePressed: click()
+
+            Rectangle {
+                anchors.fill: parent
+                radius: 3
+                color: okMouse.pressed ? "black" : "transparent"
+                opacity: okMouse.pressed ? 0.3 : 1
+                border.width: 1
+                border.color: "white"
+                visible: okMouse.containsMouse
+            }
+
+            MouseArea {
+                id: okMouse
+
+                anchors.fill: parent
+                hoverEnabled: true
+                onClicked: okBtn.click()
+            }
+
+            FocusRing {}
+        }
+    }
+}

@@ -1,0 +1,94 @@
+import QtQuick 2.15
+import "theme.js" as Theme
+
+// A panel that slides in from the right and covers the main view. Escape and the chevron in its
+// title bar close it. "content" is a Component with the panel's body; its root item may have a
+// property "first", the control that the keyboard begins with, and "last".
+Rectangle {
+    id: panel
+
+    property string title
+    property alias content: loader.sourceComponent
+    property bool isOpen: false
+
+    function show() {
+        if (isOpen)
+            return;
+        focusKeeper.raise(panel);
+        isOpen = true;
+        backBtn.forceActiveFocus();
+    }
+
+    function hide() {
+        if (!isOpen)
+            return;
+        isOpen = false;
+        focusKeeper.giveBack();
+    }
+
+    anchors {
+        top: parent.top
+        bottom: parent.bottom
+        right: parent.right
+        rightMargin: isOpen ? 0 : -width
+    }
+    width: parent.width
+    color: Theme.surface
+    visible: isOpen || anchors.rightMargin > -width
+    enabled: isOpen
+
+    Keys.onEscapePressed: hide()
+
+    Behavior on anchors.rightMargin {
+        NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
+    }
+
+    FocusKeeper {
+        id: focusKeeper
+    }
+
+    MouseArea {
+        anchors.fill: parent
+    }
+
+    Rectangle {
+        id: titlebar
+
+        anchors { top: parent.top; left: parent.left; right: parent.right }
+        height: 45
+        color: "#33ffffff"
+
+        CSelectionButton {
+            id: backBtn
+
+            anchors { left: parent.left; leftMargin: 5; verticalCenter: parent.verticalCenter }
+            text: "   "
+            isLeft: true
+            isDisabled: false
+            btnColor2: "transparent"
+            Accessible.name: qsTr("Back")
+            KeyNavigation.tab: loader.item ? loader.item.first : null
+            KeyNavigation.backtab: loader.item ? loader.item.last : null
+            onClicked: panel.hide()
+        }
+
+        Text {
+            anchors { left: backBtn.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
+            color: "#eee"
+            font.family: fontfamily
+            font.pixelSize: 18
+            text: panel.title
+
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+    }
+
+    Loader {
+        id: loader
+
+        // In the middle of what is to be seen below the title bar.
+        anchors.centerIn: parent
+        anchors.verticalCenterOffset: (titlebar.height - margin) / 2
+    }
+}

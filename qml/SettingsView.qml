@@ -1,0 +1,118 @@
+import QtQuick 2.15
+
+// The panel of the settings. Check boxes show the main view's properties, which the controller
+// writes after each click.
+SelectionView {
+    id: settings
+
+    title: qsTr("Settings")
+    content: Column {
+        readonly property Item first: isAutoStartBtn
+        readonly property Item last: calibCorrection
+
+        bottomPadding: 35 // room for the tooltip
+        spacing: 5
+
+        Checkbox {
+            id: isAutoStartBtn
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("Autostart")
+            isToggled: isAutoStart
+            KeyNavigation.tab: isKeepACpuRunningBtn
+            onSubmit: mainwindow.toggleAutoStart()
+        }
+
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: isKeepACpuRunningBtn.width
+            height: isKeepACpuRunningBtn.height
+            z: 1
+
+            Checkbox {
+                id: isKeepACpuRunningBtn
+
+                text: qsTr("Optimize USB bandwidth")
+                isToggled: isKeepACpuRunning
+                isHovered: mouseArea.containsMouse
+                isPressed: mouseArea.pressed
+                Accessible.description: explanation.text
+                KeyNavigation.tab: sensorViewerBtn
+                onSubmit: mainwindow.toggleKeepACpuAwake()
+            }
+
+            MouseArea {
+                id: mouseArea
+
+                anchors.fill: parent
+                hoverEnabled: true
+                acceptedButtons: Qt.LeftButton | Qt.RightButton
+                onClicked: {
+                    if (mouse.button === Qt.LeftButton)
+                        isKeepACpuRunningBtn.submit();
+                }
+            }
+
+            Image {
+                id: tooltip
+
+                anchors { top: parent.bottom; topMargin: -5 }
+                width: 300
+                height: 96
+                source: "qrc:///qml/tooltip2.png"
+                opacity: mouseArea.containsMouse || isKeepACpuRunningBtn.activeFocus ? 1 : 0
+                visible: opacity > 0
+
+                Behavior on opacity {
+                    NumberAnimation { duration: 100 }
+                }
+
+                Text {
+                    id: explanation
+
+                    anchors { fill: parent; topMargin: 17; bottomMargin: 8; leftMargin: 15; rightMargin: 15 }
+                    verticalAlignment: Text.AlignVCenter
+                    wrapMode: Text.WordWrap
+                    color: "white"
+                    font.family: fontfamily
+                    font.pixelSize: 13
+                    text: qsTr("Keeps a processor awake so that no picture of the sensor is lost. Uses more power.")
+                }
+            }
+        }
+
+        Row {
+            id: sensorViewerBtnRow
+
+            anchors.horizontalCenter: parent.horizontalCenter
+
+            CSelectionButton {
+                id: sensorViewerBtn
+
+                showDirection: false
+                text: qsTr("Sensor Viewer")
+                KeyNavigation.tab: calibCorrection
+                onClicked: mainwindow.openSensorViewer()
+            }
+
+            CSelectionButton {
+                id: sensorViewerBtn2
+
+                activeFocusOnTab: false
+                btnColor2: "transparent"
+                enabled: false
+                showDirection: false
+                text: "        "
+                Accessible.ignored: true
+            }
+
+            CSelectionButton {
+                id: calibCorrection
+
+                showDirection: false
+                text: qsTr("Correct Offset")
+                onClicked: mainwindow.offsetCorrection()
+            }
+        }
+    }
+}

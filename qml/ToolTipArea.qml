@@ -1,0 +1,33 @@
+import QtQuick 2.15
+
+// A short explanation below the item whose child it is.
+Item {
+    property string toolTipTxt
+    property bool showToolTip: false
+
+    anchors.fill: parent
+
+    Rectangle {
+        id: toolTipRectangle
+
+        anchors.top: parent.bottom
+        anchors.topMargin: 5
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: toolTipText.width + 10
+        height: toolTipText.height + 10
+        z: 200
+        color: "#ffffaa"
+        border.color: "#0a0a0a"
+        visible: showToolTip
+
+        Text {
+            id: toolTipText
+
+            anchors.centerIn: parent
+            color: "black"
+            font.family: fontfamily
+            font.pixelSize: 13
+            text: toolTipTxt
+        }
+    }
+}

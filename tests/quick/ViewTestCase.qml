@@ -1,0 +1,144 @@
+import QtQuick 2.15
+import QtTest 1.15
+
+// What the tests of the views have in common. Every warning on the log fails the test.
+TestCase {
+    id: viewTestCase
+
+    // What a control finds in the main view that it lies in.
+    property bool buttonsDisabled: false
+    property bool isLoading: false
+    property string loadingText: "Loading..."
+    property string fontfamily: "Helvetica"
+    property var fontAwesome: ({ name: "FontAwesome" })
+
+    when: windowShown
+    width: 1600
+    height: 520
+    visible: true
+
+    // The first item of the tree below "item" for which "matches" holds.
+    function find(item, matches) {
+        if (matches(item))
+            return item;
+        for (var i = 0; i < item.children.length; ++i) {
+            var found = find(item.children[i], matches);
+            if (found)
+                return found;
+        }
+        return null;
+    }
+
+    function findAll(item, matches) {
+        var all = matches(item) ? [item] : [];
+        for (var i = 0; i < item.children.length; ++i)
+            all = all.concat(findAll(item.children[i], matches));
+        return all;
+    }
+
+    // Controls are known by what is written on them.
+    function control(view, label) {
+        var matches = function(item) {
+            return item.visible && (item.btnText === label || item.buttonText === label
+                || (item.text === label && item.activeFocusOnTab));
+        };
+        var item = find(view, matches);
+        verify(item, label);
+        return item;
+    }
+
+    function shownText(view, text) {
+        return find(view, function(item) {
+            return item.text === text && item.visible && item.font !== undefined;
+        });
+    }
+
+    function isShown(item) {
+        for (var parent = item; parent; parent = parent.parent) {
+            if (!parent.visible || parent.opacity === 0)
+                return false;
+        }
+        return true;
+    }
+
+    function hasProperty(item, name) {
+        return Object.keys(item).indexOf(name) >= 0;
+    }
+
+    // Each declared property with its default, in this order.
+    function compareDefaults(item, defaults) {
+        var names = Object.keys(item);
+        var last = -1;
+        for (var name in defaults) {
+            var place = names.indexOf(name);
+            verify(place > last, name + " is not in its place");
+            last = place;
+            if (defaults[name] !== undefined)
+                compare(item[name].toString(), defaults[name].toString(), name);
+        }
+    }
+
+    // The fill that lies over the control while the mouse is on it.
+    function hoverFill(item) {
+        return find(item, function(child) {
+            return child !== item && child.border !== undefined && child.opacity === 0.2;
+        });
+    }
+
+    function glyphs(item) {
+        return findAll(item, function(child) {
+            return child.font !== undefined && child.visible && /[\uf000-\uf2ff]/.test(child.text);
+        }).map(function(child) { return child.text; }).join("");
+    }
+
+    SignalSpy {
+        id: spy
+    }
+
+    function listen(target, signalName) {
+        spy.target = target;
+        spy.signalName = signalName;
+        spy.clear();
+        return spy;
+    }
+
+    function create(name, properties) {
+        var component = Qt.createComponent("qrc:/qml/" + name + ".qml");
+        compare(component.status, Component.Ready, component.errorString());
+        var view = createTemporaryObject(component, viewTestCase, properties || {});
+        verify(view);
+        return view;
+    }
+
+    // A main view as the controller has it once the engine has reported.
+    function createMain() {
+        mainwindow.calls = [];
+        mainwindow.brandCode = "qor";
+        mainwindow.isStylusOnly = false;
+        mainwindow.hasWarned = false;
+        sdk.actions = [];
+        mouseMove(viewTestCase, viewTestCase.width - 1, viewTestCase.height - 1);
+        var view = create("main");
+        view.versionText = "1.4.121";
+        view.status = 1;
+        view.finishedLoading = true;
+        return view;
+    }
+
+    // A status as the controller writes it, also when it equals the last one.
+    function report(view, code) {
+        var equal = view.status === code;
+        view.status = code;
+        if (equal)
+            view.statusChanged();
+    }
+
+    function initTestCase() {
+        testLog.listen();
+    }
+
+    function cleanup() {
+        compare(testLog.takeWarnings().join("\n"), "");
+        testLog.takeLines();
+    }
+}

@@ -1,0 +1,370 @@
+import QtQuick 2.15
+
+ViewTestCase {
+    id: testCase
+
+    property var button
+
+    name: "Controls"
+
+    function init() {
+        buttonsDisabled = false;
+        isLoading = false;
+        mouseMove(testCase, 1000, 500);
+        testLog.takeLines();
+    }
+
+    // Every way to press a control gives one signal; none does while it is disabled.
+    function checkPresses(item, signalName, disable) {
+        var presses = listen(item, signalName);
+        mouseClick(item);
+        compare(presses.count, 1, "mouse");
+        var touch = touchEvent(item);
+        touch.press(0, item).commit();
+        touch.release(0, item).commit();
+        compare(presses.count, 2, "finger");
+        item.forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Enter);
+        keyClick(Qt.Key_Space);
+        compare(presses.count, 5, "keyboard");
+        item.click();
+        compare(presses.count, 6, "function");
+        item.Accessible.pressAction();
+        compare(presses.count, 7, "screen reader");
+        keyClick(Qt.Key_A);
+        compare(presses.count, 7, "another key");
+        if (!disable)
+            return;
+        disable();
+        mouseClick(item);
+        keyClick(Qt.Key_Return);
+        item.click();
+        item.Accessible.pressAction();
+        compare(presses.count, 7, "disabled");
+    }
+
+    // Where the mouse is, the fill shows; a finger leaves none behind.
+    function checkHover(item, disable) {
+        var fill = hoverFill(item);
+        verify(fill);
+        verify(Qt.colorEqual(fill.color, "white"));
+        compare(fill.visible, false);
+        mouseMove(item, 5, 5);
+        compare(fill.visible, true);
+        mouseMove(testCase, 1000, 500);
+        compare(fill.visible, false);
+        var touch = touchEvent(item);
+        touch.press(0, item).commit();
+        touch.release(0, item).commit();
+        compare(fill.visible, false, "after a touch");
+        if (!disable)
+            return;
+        disable();
+        mouseMove(item, 5, 5);
+        compare(fill.visible, false);
+    }
+
+    function checkFocusRing(item) {
+        var ring = find(item, function(child) { return child.border !== undefined && child.border.width === 2
+                                                && child.parent === item; });
+        verify(ring);
+        testCase.forceActiveFocus();
+        compare(ring.visible, false);
+        item.forceActiveFocus();
+        compare(ring.visible, true);
+        verify(Qt.colorEqual(ring.border.color, "white"));
+    }
+
+    function test_palette() {
+        var colors = Qt.createQmlObject("import 'qrc:/qml/colors.js' as Colors; import QtQml 2.15; QtObject {"
+            + "property var all: [Colors.primary50, Colors.primary500, Colors.secondary500, Colors.secondary900] }",
+            testCase);
+        compare(colors.all.join(), "#FF555555,#39000000,#0091f8,#0077ca");
+    }
+
+    function test_button() {
+        var item = create("CButton", { btnText: "Press" });
+        compareDefaults(item, { btnText: "Press", isDisabled: false, icon: "", isSmall: false,
+                                nextTab: undefined, prevTab: undefined });
+        compare(item.height, 35);
+        verify(Qt.colorEqual(item.color, "transparent"));
+        var btn = find(item, function(child) { return child.radius === 3; });
+        compare(btn.clip, true);
+        verify(Qt.colorEqual(btn.color, "#0077ca"));
+        compare(glyphs(item), "");
+        checkPresses(item, "submit", function() { item.isDisabled = true; });
+    }
+
+    function test_buttonFollowsTheView() {
+        var item = create("CButton", { btnText: "Press" });
+        buttonsDisabled = true;
+        compare(item.isDisabled, true);
+        verify(item.opacity < 1);
+        var presses = listen(item, "submit");
+        mouseClick(item);
+        compare(presses.count, 0);
+    }
+
+    function test_buttonStatesDiffer() {
+        var item = create("CButton", { btnText: "Press" });
+        var btn = find(item, function(child) { return child.radius === 3; });
+        var rest = btn.color.toString();
+        checkHover(item);
+        mouseMove(item, 5, 5);
+        var hovered = btn.color.toString();
+        mousePress(item, 5, 5);
+        var pressed = btn.color.toString();
+        mouseRelease(item, 5, 5);
+        item.isDisabled = true;
+        var disabled = btn.color.toString();
+        compare(hoverFill(item).visible, false);
+        verify(rest !== hovered && rest !== pressed && rest !== disabled && hovered !== pressed
+               && hovered !== disabled && pressed !== disabled);
+        checkFocusRing(item);
+    }
+
+    function test_buttonGrowsWithItsText() {
+        var item = create("CButton", { btnText: "Go" });
+        var narrow = item.width;
+        item.btnText = "A much longer text";
+        tryVerify(function() { return item.width > narrow + 50; });
+        var plain = item.width;
+        item.icon = "\uf053";
+        tryVerify(function() { return item.width > plain; });
+        compare(glyphs(item), "\uf053");
+        item.isSmall = true;
+        tryVerify(function() { return item.width < plain; });
+        compare(item.height, 35);
+    }
+
+    function test_heldKeyPressesOnce() {
+        var item = create("CButton", { btnText: "Press" });
+        var presses = listen(item, "submit");
+        item.forceActiveFocus();
+        keyPress(Qt.Key_Return);
+        keyboard.repeat(item, Qt.Key_Return);
+        keyRelease(Qt.Key_Return);
+        compare(presses.count, 1);
+    }
+
+    function test_buttonTabs() {
+        var first = create("CButton", { btnText: "1" });
+        var second = create("CButton", { btnText: "2", prevTab: first });
+        first.nextTab = second;
+        first.forceActiveFocus();
+        keyClick(Qt.Key_Tab);
+        verify(second.activeFocus);
+        keyClick(Qt.Key_Backtab);
+        verify(first.activeFocus);
+    }
+
+    function test_selectionButton() {
+        var item = create("CSelectionButton", { text: "Choose" });
+        compareDefaults(item, { text: "Choose", isDisabled: false, isLeft: false, showDirection: true,
+                                btnColor: "#33ffffff", fontSize: 16, isVisible: true, textIcon: "",
+                                btnColor2: "#33ffffff" });
+        verify(Qt.colorEqual(item.color, "transparent"));
+        verify(item.height >= 35);
+        checkHover(item);
+        checkFocusRing(item);
+        checkPresses(item, "clicked", function() { item.isDisabled = true; });
+        item.isVisible = false;
+        compare(item.visible, false);
+    }
+
+    function test_selectionButtonChevrons_data() {
+        return [
+            { tag: "right", isLeft: false, showDirection: true, chevrons: "\uf054" },
+            { tag: "left", isLeft: true, showDirection: true, chevrons: "\uf053" },
+            { tag: "none", isLeft: false, showDirection: false, chevrons: "" },
+            { tag: "left, none", isLeft: true, showDirection: false, chevrons: "" }
+        ];
+    }
+
+    function test_selectionButtonChevrons(row) {
+        var item = create("CSelectionButton", { text: "Choose", isLeft: row.isLeft, showDirection: row.showDirection });
+        compare(glyphs(item), row.chevrons);
+        item.textIcon = "\uf013";
+        compare(glyphs(item).replace("\uf013", ""), row.chevrons);
+        verify(glyphs(item).indexOf("\uf013") >= 0);
+    }
+
+    function test_selectionButtonShowsItsPress() {
+        var item = create("CSelectionButton", { text: "Choose" });
+        mousePress(item, 5, 5);
+        verify(!Qt.colorEqual(item.btnColor, item.btnColor2));
+        mouseRelease(item, 5, 5);
+        verify(Qt.colorEqual(item.btnColor, item.btnColor2));
+        item.btnColor2 = "transparent";
+        verify(Qt.colorEqual(item.btnColor, "transparent"));
+    }
+
+    function test_radioButton() {
+        var item = create("CRadioButton", { text: "One" });
+        compareDefaults(item, { isToggled: false, isDisabled: false, canToggle: true, text: "One" });
+        verify(Qt.colorEqual(item.color, "#01ffffff"));
+        verify(item.height >= 35);
+        compare(item.Accessible.role, Accessible.RadioButton);
+        checkHover(item);
+        var fill = hoverFill(item);
+        compare(fill.radius, 3);
+        compare(fill.width, item.width + 6);
+        checkFocusRing(item);
+        checkPresses(item, "clicked", function() { item.isDisabled = true; });
+    }
+
+    function test_radioButtonToggles() {
+        var item = create("CRadioButton", { text: "One" });
+        compare(glyphs(item), "\uf10c");
+        mouseClick(item);
+        compare(item.isToggled, true);
+        compare(glyphs(item), "\uf192");
+        mouseClick(item);
+        compare(item.isToggled, true);
+        compare(item.Accessible.checked, true);
+        var bound = create("CRadioButton", { text: "Two", canToggle: false });
+        mouseClick(bound);
+        compare(bound.isToggled, false);
+    }
+
+    function test_checkbox() {
+        var item = create("Checkbox");
+        compareDefaults(item, { isToggled: true, autoToggle: false, text: "high", checkMark: "✔", toolTipText: "" });
+        verify(Qt.colorEqual(item.color, "transparent"));
+        verify(item.height >= 35);
+        compare(item.Accessible.role, Accessible.CheckBox);
+        verify(shownText(item, "✔"));
+        checkHover(item);
+        compare(hoverFill(item).radius, 5);
+        checkFocusRing(item);
+        checkPresses(item, "submit");
+        compare(item.isToggled, true);
+        item.isToggled = false;
+        verify(!shownText(item, "✔"));
+        item.text = "<b>bold</b>";
+        compare(item.Accessible.name, "bold");
+    }
+
+    function test_checkboxToggles() {
+        var item = create("Checkbox", { autoToggle: true });
+        mouseClick(item);
+        compare(item.isToggled, false);
+        compare(item.Accessible.checked, false);
+        mouseClick(item);
+        compare(item.isToggled, true);
+    }
+
+    function test_checkboxTooltip() {
+        var item = create("Checkbox", { toolTipText: "Explained" });
+        verify(!shownText(item, "Explained") || !isShown(shownText(item, "Explained")));
+        mouseMove(item, 5, 5);
+        verify(isShown(shownText(item, "Explained")));
+        item.toolTipText = "";
+        compare(find(item, function(child) { return child.z === 200; }).visible, false);
+    }
+
+    function test_tooltipArea() {
+        var item = create("ToolTipArea", { toolTipTxt: "Explained" });
+        compareDefaults(item, { toolTipTxt: "Explained", showToolTip: false });
+        var area = find(item, function(child) { return child.z === 200; });
+        compare(area.visible, false);
+        item.showToolTip = true;
+        compare(area.visible, true);
+        verify(Qt.colorEqual(area.color, "#ffffaa"));
+        verify(Qt.colorEqual(area.border.color, "#0a0a0a"));
+        compare(area.y, item.height + 5);
+        compare(shownText(item, "Explained").color.toString(), "#000000");
+    }
+
+    function test_simpleButton() {
+        var item = create("SimpleButton", { buttonText: "Press" });
+        compareDefaults(item, { activeButton: true, buttonText: "Press", altButtonText: "", toggled: false,
+                                fontSize: 12, isToggle: false });
+        compare(item.height, 30);
+        compare(item.radius, 3);
+        compare(item.border.width, 1);
+        verify(Qt.colorEqual(item.border.color, "#404040"));
+        compare(item.gradient.stops.length, 2);
+        compare(item.gradient.stops[0].position, 0);
+        compare(item.gradient.stops[1].position, 1);
+        compare(shownText(item, "Press").font.family, "Tahoma");
+        compare(shownText(item, "Press").font.pixelSize, 12);
+        checkFocusRing(item);
+        checkPresses(item, "submit", function() { item.activeButton = false; });
+    }
+
+    function test_simpleButtonTellsOfThePressBefore() {
+        var item = create("SimpleButton", { buttonText: "Press" });
+        var order = [];
+        item.previewPress.connect(function() { order.push("preview"); });
+        item.press.connect(function() { order.push("press"); });
+        item.submit.connect(function() { order.push("submit"); });
+        mousePress(item, 5, 5);
+        compare(order.join(), "preview,press");
+        var overlay = find(item, function(child) { return child !== item && child.color !== undefined
+                                                   && Qt.colorEqual(child.color, "#005dc5"); });
+        compare(overlay.visible, true);
+        compare(overlay.radius, 3);
+        mouseRelease(item, 5, 5);
+        compare(order.join(), "preview,press,submit");
+        compare(overlay.visible, false);
+        item.activeButton = false;
+        mouseClick(item);
+        compare(order.length, 3);
+    }
+
+    function test_simpleButtonToggles() {
+        var item = create("SimpleButton", { buttonText: "On", altButtonText: "Off", isToggle: true });
+        mouseClick(item);
+        compare(item.toggled, true);
+        verify(shownText(item, "Off"));
+        mouseClick(item);
+        compare(item.toggled, false);
+        verify(shownText(item, "On"));
+    }
+
+    Rectangle {
+        id: shadowed
+
+        x: 50
+        y: 50
+        width: 100
+        height: 60
+    }
+
+    function test_shadow() {
+        var item = create("CShadow", { itemId: shadowed });
+        compareDefaults(item, { itemId: undefined, isPressed: false, bw: 12, amt: -6, am: -6, amb: -6 });
+        compare(item.source.toString(), "qrc:///qml/shadow.png");
+        compare(item.smooth, true);
+        compare(item.x, 44);
+        compare(item.y, 44);
+        compare(item.width, 112);
+        compare(item.height, 72);
+        item.isPressed = true;
+        compare(item.am, -6);
+        tryCompare(item, "am", -3);
+        compare(item.width, 106);
+    }
+
+    function test_loadingIndicator() {
+        var item = create("LoadingIndicator");
+        compare(item.opacity, 0);
+        compare(item.visible, false);
+        isLoading = true;
+        tryCompare(item, "opacity", 1);
+        verify(shownText(item, "Loading..."));
+        compare(shownText(item, "Loading...").font.pixelSize, 20);
+        var spinner = shownText(item, "\uf110");
+        compare(spinner.font.pixelSize, 24);
+        var angle = spinner.rotation;
+        tryVerify(function() { return spinner.rotation !== angle; });
+        isLoading = false;
+        tryCompare(item, "opacity", 0);
+        compare(item.visible, false);
+        angle = spinner.rotation;
+        wait(50);
+        compare(spinner.rotation, angle);
+    }
+}

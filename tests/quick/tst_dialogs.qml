@@ -1,0 +1,461 @@
+import QtQuick 2.15
+
+// The dialogs and panels, in the main view that they belong to.
+ViewTestCase {
+    id: testCase
+
+    property var view
+
+    name: "Dialogs"
+
+    function init() {
+        language.choose("en_US");
+        view = createMain();
+        report(view, 0);
+        testLog.takeLines();
+    }
+
+    function openSettings() {
+        mouseClick(control(view, "Settings"));
+        return opened("Settings");
+    }
+
+    function openInput() {
+        mouseClick(control(view, view.isTouch ? "Finger" : "Stylus"));
+        return opened("Select Input");
+    }
+
+    function panelOf(title) {
+        return find(view, function(item) { return item.title === title; });
+    }
+
+    function opened(title) {
+        var panel = panelOf(title);
+        compare(panel.isOpen, true);
+        tryCompare(panel.anchors, "rightMargin", 0);
+        return panel;
+    }
+
+    function closed(panel) {
+        compare(panel.isOpen, false);
+        tryCompare(panel, "visible", false);
+    }
+
+    function focusedText() {
+        var item = find(view, function(candidate) { return candidate.activeFocus && candidate.activeFocusOnTab; });
+        return item ? item.Accessible.name : "";
+    }
+
+    // --- Panels -------------------------------------------------------------------------------
+
+    function test_panelSlidesOverTheMainView() {
+        var panel = panelOf("Settings");
+        var margin = panel.anchors.rightMargin;
+        compare(margin, -panel.width);
+        compare(panel.visible, false);
+        openSettings();
+        compare(view.settingsVisible, true);
+        tryVerify(function() { return !isShown(find(view, function(item) { return item.btnText === "Manual Calibration"; })); });
+        verify(shownText(panel, "Settings"));
+        verify(Qt.colorEqual(shownText(panel, "Settings").color, "#eee"));
+        verify(find(panel, function(item) { return item.color !== undefined && Qt.colorEqual(item.color, "#33ffffff")
+                                                   && item.width === panel.width; }));
+        panel.hide();
+        verify(panel.anchors.rightMargin > -panel.width, "it slides");
+        closed(panel);
+        compare(view.settingsVisible, false);
+        tryVerify(function() { return isShown(control(view, "Manual Calibration")); });
+    }
+
+    function test_panelCloses_data() {
+        return [
+            { tag: "chevron", close: function(panel) { mouseClick(control(panel, "   ")); } },
+            { tag: "Escape", close: function() { keyClick(Qt.Key_Escape); } },
+            { tag: "Space on the chevron", close: function() { keyClick(Qt.Key_Space); } }
+        ];
+    }
+
+    function test_panelCloses(row) {
+        [openSettings, openInput].forEach(function(open) {
+            var panel = open();
+            compare(focusedText(), "Back");
+            compare(glyphs(control(panel, "   ")), "\uf053");
+            row.close(panel);
+            closed(panel);
+            tryVerify(function() { return control(view, "Settings").mapToItem(view, 0, 0).x > 0; });
+            wait(200);
+        });
+    }
+
+    function test_keyboardComesBackToWhereItWas() {
+        var button = control(view, "Settings");
+        button.forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        var panel = opened("Settings");
+        compare(focusedText(), "Back");
+        keyClick(Qt.Key_Escape);
+        closed(panel);
+        verify(button.activeFocus);
+    }
+
+    function test_panelsKeepTheKeyboardWithin() {
+        var panel = openSettings();
+        var order = [];
+        for (var i = 0; i < 5; ++i) {
+            keyClick(Qt.Key_Tab);
+            order.push(focusedText());
+        }
+        compare(order.join(), "Autostart,Optimize USB bandwidth,Sensor Viewer,Correct Offset,Back");
+        keyClick(Qt.Key_Backtab);
+        compare(focusedText(), "Correct Offset");
+        panel.hide();
+        closed(panel);
+        wait(200);
+        openInput();
+        order = [];
+        for (i = 0; i < 3; ++i) {
+            keyClick(Qt.Key_Tab);
+            order.push(focusedText());
+        }
+        compare(order.join(), "Finger,Stylus,Back");
+    }
+
+    // --- Settings -----------------------------------------------------------------------------
+
+    function test_settingsShowTheStateAndCallTheController_data() {
+        return [
+            { tag: "Autostart", property: "isAutoStart", call: "autostart" },
+            { tag: "Optimize USB bandwidth", property: "isKeepACpuRunning", call: "keep awake" }
+        ];
+    }
+
+    function test_settingsShowTheStateAndCallTheController(row) {
+        openSettings();
+        var box = control(view, row.tag);
+        [false, true, false].forEach(function(value) {
+            view[row.property] = value;
+            compare(box.isToggled, value);
+            compare(box.Accessible.checked, value);
+        });
+        mouseClick(box);
+        compare(mainwindow.calls.toString(), row.call);
+        compare(box.isToggled, false, "the controller decides");
+        mouseClick(box, 5, 5, Qt.RightButton);
+        compare(mainwindow.calls.length, 1);
+        box.forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        var touch = touchEvent(box);
+        touch.press(0, box).commit();
+        touch.release(0, box).commit();
+        compare(mainwindow.calls.toString(), [row.call, row.call, row.call].toString());
+        view[row.property] = true;
+        compare(box.isToggled, true);
+    }
+
+    function test_settingsCommands_data() {
+        return [
+            { tag: "Sensor Viewer", call: "sensor viewer" },
+            { tag: "Correct Offset", call: "offset" }
+        ];
+    }
+
+    function test_settingsCommands(row) {
+        openSettings();
+        var button = control(view, row.tag);
+        compare(glyphs(button), "");
+        mouseClick(button);
+        compare(mainwindow.calls.toString(), row.call);
+        report(view, -10);
+        compare(button.isDisabled, true);
+        mouseClick(button);
+        compare(mainwindow.calls.length, 1);
+    }
+
+    function test_spacerIsNoButton() {
+        openSettings();
+        var spacer = find(view, function(item) { return item.text === "        " && item.btnColor2 !== undefined; });
+        verify(spacer);
+        verify(Qt.colorEqual(spacer.btnColor2, "transparent"));
+        compare(spacer.enabled, false);
+        compare(spacer.activeFocusOnTab, false);
+        compare(spacer.Accessible.ignored, true);
+    }
+
+    function test_tooltip() {
+        openSettings();
+        var tooltip = find(view, function(item) { return item.source !== undefined
+                                                  && item.source.toString() === "qrc:///qml/tooltip2.png"; });
+        compare(tooltip.opacity, 0);
+        compare(tooltip.visible, false);
+        mouseMove(control(view, "Optimize USB bandwidth"), 20, 10);
+        tryCompare(tooltip, "opacity", 1);
+        verify(hoverFill(control(view, "Optimize USB bandwidth")).visible);
+        mouseMove(control(view, "Autostart"), 5, 5);
+        tryCompare(tooltip, "opacity", 0);
+        control(view, "Optimize USB bandwidth").forceActiveFocus();
+        tryCompare(tooltip, "opacity", 1);
+        compare(tooltip.status, Image.Ready);
+    }
+
+    // --- Input --------------------------------------------------------------------------------
+
+    function test_inputIsSentAndShown_data() {
+        return [
+            { tag: "Finger", before: false, action: 10, after: true },
+            { tag: "Stylus", before: true, action: 9, after: false }
+        ];
+    }
+
+    function test_inputIsSentAndShown(row) {
+        view.isTouch = row.before;
+        var panel = openInput();
+        var other = row.tag === "Finger" ? "Stylus" : "Finger";
+        compare(control(panel, row.tag).isToggled, false);
+        compare(control(panel, other).isToggled, true);
+        mouseClick(control(panel, row.tag));
+        compare(sdk.actions.length, 1);
+        compare(sdk.actions[0], row.action);
+        compare(view.isTouch, row.after);
+        compare(panel.isOpen, false);
+        closed(panel);
+        verify(control(view, row.tag));
+        view.isTouch = row.before;
+        var radios = findAll(panel, function(item) { return item.canToggle !== undefined; });
+        compare(radios[0].isToggled, row.before);
+        compare(radios[1].isToggled, !row.before);
+    }
+
+    function test_inputIsDisabledWithTheButtons() {
+        var panel = openInput();
+        report(view, -1);
+        compare(control(panel, "Finger").isDisabled, true);
+        mouseClick(control(panel, "Stylus"));
+        compare(sdk.actions.length, 0);
+        compare(panel.isOpen, true);
+        report(view, 0);
+        mouseClick(control(panel, "Stylus"));
+        compare(sdk.actions.length, 1);
+    }
+
+    // --- Rate warning -------------------------------------------------------------------------
+
+    function okButton() {
+        return find(view, function(item) { return item.source !== undefined
+                                           && item.source.toString() === "qrc:///qml/okbtn.png"; });
+    }
+
+    function animations() {
+        return findAll(view, function(item) { return item.playing !== undefined && item.frameCount !== undefined; });
+    }
+
+    function test_rateWarning() {
+        compare(isShown(okButton()), false);
+        animations().forEach(function(item) { compare(item.playing, false); });
+        view.showFreqPopup();
+        verify(isShown(okButton()));
+        var lines = testLog.takeLines().join("\n");
+        verify(/show freq warning popup width: [1-9]\d* ht: [1-9]\d*/.test(lines), lines);
+        compare(animations().map(function(item) { return item.source.toString(); }).join(),
+                "qrc:///qml/30hz.gif,qrc:///qml/60hz.gif");
+        animations().forEach(function(item) {
+            compare(item.playing, true);
+            compare(item.fillMode, Image.PreserveAspectFit);
+            compare(item.status, AnimatedImage.Ready);
+        });
+        ["Slow writing\nspeed at 30Hz", "Fast writing\nspeed at 60Hz",
+         "To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more."
+        ].forEach(function(text) {
+            compare(shownText(view, text).font.family, "Helvetica Neue");
+        });
+        verify(find(view, function(item) { return item.source !== undefined
+                                           && item.source.toString() === "qrc:///qml/alert.png"; }));
+    }
+
+    function test_rateWarningCloses_data() {
+        return [
+            { tag: "mouse", close: function() { mouseClick(okButton()); }, logs: true },
+            { tag: "Return", close: function() { keyClick(Qt.Key_Return); }, logs: true },
+            { tag: "Space", close: function() { keyClick(Qt.Key_Space); }, logs: true },
+            { tag: "screen reader", close: function() { okButton().Accessible.pressAction(); }, logs: true },
+            { tag: "Escape", close: function() { keyClick(Qt.Key_Escape); }, logs: false }
+        ];
+    }
+
+    function test_rateWarningCloses(row) {
+        var before = control(view, "Touch Calibration");
+        before.forceActiveFocus();
+        view.showFreqPopup();
+        verify(okButton().activeFocus);
+        keyClick(Qt.Key_Tab);
+        verify(okButton().activeFocus);
+        mouseClick(view, 5, 5);
+        row.close();
+        compare(isShown(okButton()), false);
+        compare(testLog.takeLines().indexOf("Settings Button clicked") >= 0, row.logs);
+        animations().forEach(function(item) { compare(item.playing, false); });
+        verify(before.activeFocus);
+        compare(mainwindow.calls.length, 0);
+    }
+
+    function test_warningsSwallowWhatIsBelow() {
+        view.showFreqPopup();
+        var button = find(view, function(item) { return item.btnText === "Manual Calibration"; });
+        mouseClick(button);
+        compare(mainwindow.calls.length, 0);
+        compare(button.enabled, false);
+        view.showFreqPopup();
+        keyClick(Qt.Key_Escape);
+        mouseClick(button);
+        compare(mainwindow.calls.toString(), "manual");
+    }
+
+    // --- Aspect ratio -------------------------------------------------------------------------
+
+    function display() {
+        for (var i = 0; i < view.resources.length; ++i) {
+            if (view.resources[i].tolerance !== undefined)
+                return view.resources[i];
+        }
+        return null;
+    }
+
+    function setScreen(width, height) {
+        display().width = width;
+        display().height = height;
+    }
+
+    function warningIsShown() {
+        return isShown(find(view, function(item) { return item.btnText === "Ignore"; }))
+            || isShown(find(view, function(item) { return item.btnText === "Go back"; }));
+    }
+
+    function test_ratios_data() {
+        return [
+            { tag: "1920x1080", width: 1920, height: 1080, warns: false },
+            { tag: "1360x768", width: 1360, height: 768, warns: false },
+            { tag: "1366x768", width: 1366, height: 768, warns: false },
+            { tag: "1600x900", width: 1600, height: 900, warns: false },
+            { tag: "1920x1200", width: 1920, height: 1200, warns: true },
+            { tag: "1024x768", width: 1024, height: 768, warns: true },
+            { tag: "1280x1024", width: 1280, height: 1024, warns: true },
+            { tag: "2560x1080", width: 2560, height: 1080, warns: true },
+            { tag: "1080x1920", width: 1080, height: 1920, warns: true }
+        ];
+    }
+
+    function test_ratios(row) {
+        setScreen(row.width, row.height);
+        view.checkAspectRatio();
+        compare(warningIsShown(), row.warns);
+        compare(mainwindow.calls.toString(), row.warns ? "warned" : "");
+        compare(view.aspectRatioWarningShown, row.warns);
+        var ratio = row.width / row.height;
+        var lines = testLog.takeLines();
+        compare(lines[0], "aspect ratio changed to: " + ratio + " (" + row.tag + ")");
+        compare(lines[1], row.warns ? "Ratio is not 16:9, it is " + ratio + " show warning, if not done so already!" : undefined);
+    }
+
+    function test_ratioWarningComesOnce() {
+        setScreen(1024, 768);
+        view.checkAspectRatio();
+        keyClick(Qt.Key_Escape);
+        compare(warningIsShown(), false);
+        view.checkAspectRatio();
+        compare(warningIsShown(), false);
+        compare(mainwindow.calls.toString(), "warned");
+    }
+
+    function test_ratioWarningWasShownBefore() {
+        setScreen(1024, 768);
+        mainwindow.hasWarned = true;
+        view.checkAspectRatio();
+        compare(warningIsShown(), false);
+        compare(mainwindow.calls.length, 0);
+    }
+
+    function test_noRatioWarningAfterACalibrationOfThisRun() {
+        setScreen(1024, 768);
+        view.aspectRatioWarningShown = true;
+        view.checkAspectRatio();
+        compare(warningIsShown(), false);
+        compare(mainwindow.calls.length, 0);
+    }
+
+    function warnOfRatio() {
+        setScreen(1024, 768);
+        view.checkAspectRatio();
+        mainwindow.calls = [];
+    }
+
+    function test_ratioTexts() {
+        warnOfRatio();
+        verify(shownText(view, "This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>"));
+        var text = shownText(view, "This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>");
+        verify(Qt.colorEqual(text.color, "#eee"));
+        compare(text.textFormat, Text.RichText);
+        mouseClick(control(view, "Change graphics settings"));
+        verify(find(view, function(item) {
+            return item.visible && item.text !== undefined && item.text
+                === "Apply one of the following changes to achieve better touch accuracy:<ol type=\"A\"><li>Change your graphics scaling to \"Scale Fullscreen\" or \"Maintain Display Scaling\"                      inside the Graphics Control Panel of you graphics card.</li><li>Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.</li></ol>";
+        }));
+    }
+
+    function test_ratioScreens() {
+        var before = control(view, "Touch Calibration");
+        before.forceActiveFocus();
+        warnOfRatio();
+        compare(focusedText(), "Ignore");
+        compare(control(view, "Ignore").isSmall, true);
+        mouseClick(control(view, "Change graphics settings"));
+        compare(isShown(find(view, function(item) { return item.btnText === "Ignore"; })), false);
+        compare(glyphs(control(view, "Go back")), "\uf053");
+        compare(glyphs(control(view, "Close this dialog")), "\uf00d");
+        compare(focusedText(), "Go back");
+        keyClick(Qt.Key_Return);
+        compare(focusedText(), "Ignore");
+        keyClick(Qt.Key_Backtab);
+        compare(focusedText(), "Change graphics settings");
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Tab);
+        compare(focusedText(), "Close this dialog");
+        keyClick(Qt.Key_Space);
+        compare(warningIsShown(), false);
+        verify(before.activeFocus);
+        compare(mainwindow.calls.length, 0);
+    }
+
+    function test_ratioIsIgnored() {
+        warnOfRatio();
+        mouseClick(control(view, "Ignore"));
+        compare(warningIsShown(), false);
+        compare(mainwindow.calls.length, 0);
+    }
+
+    function test_ratioOffsetCorrection() {
+        warnOfRatio();
+        mouseClick(control(view, "Correct Offset"));
+        compare(mainwindow.calls.toString(), "offset");
+        compare(warningIsShown(), false);
+    }
+
+    function test_ratioWarningCanAlwaysBeLeft() {
+        report(view, -10);
+        warnOfRatio();
+        mouseClick(control(view, "Correct Offset"));
+        compare(mainwindow.calls.length, 0);
+        mouseClick(control(view, "Change graphics settings"));
+        mouseClick(control(view, "Close this dialog"));
+        compare(warningIsShown(), false);
+    }
+
+    function test_theLastWarningIsOnTop() {
+        view.showFreqPopup();
+        warnOfRatio();
+        compare(focusedText(), "Ignore");
+        mouseClick(control(view, "Ignore"));
+        compare(warningIsShown(), false);
+        verify(okButton().activeFocus);
+        keyClick(Qt.Key_Return);
+        compare(isShown(okButton()), false);
+    }
+}

@@ -1,0 +1,254 @@
+import QtQuick 2.15
+
+// Every view in every language and density: nothing cut off, nothing overlapping, nothing where the
+// window's edge or the menu bar would hide it. With a folder for the contact sheet each picture is
+// saved there.
+ViewTestCase {
+    id: testCase
+
+    readonly property var languages: ["en_US", "ja_JP", "de_DE"]
+    readonly property var densities: [96, 120, 144, 192]
+    // What the menu bar takes of the view's height at factor 1.
+    readonly property int hidden: 11
+    property var view
+
+    readonly property var scenes: [
+        { tag: "01-starting", show: function() {} },
+        { tag: "02-ready", show: function() { report(view, 0); } },
+        { tag: "03-not-connected", show: function() { report(view, -1); } },
+        { tag: "04-remote-pen", show: function() {
+            mainwindow.brandCode = "tal";
+            report(view, -1);
+        } },
+        { tag: "05-failed", show: function() { report(view, -4); } },
+        { tag: "06-last-action-failed", show: function() { report(view, -5); } },
+        { tag: "07-gave-up", show: function() { report(view, -12); } },
+        { tag: "08-loading", show: function() {
+            report(view, 2);
+            wait(150);
+        } },
+        { tag: "09-button-hovered", show: function() {
+            report(view, 0);
+            mouseMove(button(1), 20, 10);
+        } },
+        { tag: "10-button-pressed", show: function() {
+            report(view, 0);
+            mousePress(button(1), 20, 10);
+        } },
+        { tag: "11-button-focused", show: function() {
+            report(view, -6);
+            button(1).forceActiveFocus();
+        } },
+        { tag: "12-selection-hovered", show: function() {
+            report(view, -2);
+            mouseMove(selection(0), 20, 10);
+        } },
+        { tag: "13-selection-pressed", show: function() {
+            report(view, -3);
+            mousePress(selection(0), 20, 10);
+        } },
+        { tag: "14-selection-focused", show: function() {
+            report(view, -10);
+            selection(1).forceActiveFocus();
+        } },
+        { tag: "15-stylus-only", show: function() {
+            mainwindow.isStylusOnly = true;
+            recreate();
+            report(view, 0);
+        } },
+        { tag: "16-advice", show: function() {
+            report(view, 0);
+            view.showPopUp();
+        } },
+        { tag: "17-advice-disabled", show: function() {
+            report(view, 0);
+            view.showPopUp();
+            report(view, -10);
+        } },
+        { tag: "18-settings", show: function() { openPanel(1); } },
+        { tag: "19-settings-tooltip", show: function() {
+            openPanel(1);
+            var boxes = visibleOnes(function(item) { return item.checkMark !== undefined; });
+            mouseMove(boxes[1], 30, 15);
+            wait(200);
+        } },
+        { tag: "20-settings-focused", show: function() {
+            openPanel(1);
+            keyClick(Qt.Key_Tab);
+        } },
+        { tag: "21-settings-disabled", show: function() {
+            openPanel(1);
+            report(view, -10);
+        } },
+        { tag: "22-input", show: function() { openPanel(0); } },
+        { tag: "23-input-hovered", show: function() {
+            openPanel(0);
+            mouseMove(visibleOnes(function(item) { return item.canToggle !== undefined; })[1], 30, 15);
+        } },
+        { tag: "24-input-disabled", show: function() {
+            openPanel(0);
+            report(view, -10);
+        } },
+        { tag: "25-rate-warning", show: function() {
+            report(view, 0);
+            view.showFreqPopup();
+            wait(100);
+        } },
+        { tag: "26-ratio-warning", show: function() { warnOfRatio(); } },
+        { tag: "27-ratio-settings", show: function() {
+            warnOfRatio();
+            visibleOnes(function(item) { return item.isSmall === true; })[2].click();
+        } }
+    ]
+
+    name: "Layout"
+
+    function recreate() {
+        view.destroy();
+        view = create("main");
+        view.versionText = "1.4.121";
+        view.status = 1;
+        view.finishedLoading = true;
+    }
+
+    function visibleOnes(matches) {
+        return findAll(view, function(item) { return item.visible && matches(item); });
+    }
+
+    function button(index) {
+        return visibleOnes(function(item) { return item.btnText !== undefined; })[index];
+    }
+
+    function selection(index) {
+        return visibleOnes(function(item) { return item.btnColor2 !== undefined; })[index];
+    }
+
+    function openPanel(index) {
+        report(view, 0);
+        selection(index).click();
+        var panel = null;
+        tryVerify(function() {
+            panel = find(view, function(item) { return item.isOpen === true; });
+            return panel !== null;
+        });
+        tryCompare(panel.anchors, "rightMargin", 0);
+    }
+
+    function warnOfRatio() {
+        report(view, 0);
+        findDisplay().width = 1280;
+        findDisplay().height = 1024;
+        view.checkAspectRatio();
+    }
+
+    function findDisplay() {
+        for (var i = 0; i < view.resources.length; ++i) {
+            if (view.resources[i].tolerance !== undefined)
+                return view.resources[i];
+        }
+        return null;
+    }
+
+    // What is written and what can be pressed, in the topmost layer.
+    function boxes() {
+        return findAll(view, function(item) {
+            if (!isShown(item) || !item.enabled)
+                return false;
+            if (item.activeFocusOnTab)
+                return true;
+            return item.font !== undefined && item.text !== "" && !isInControl(item);
+        });
+    }
+
+    function isInControl(item) {
+        for (var parent = item.parent; parent; parent = parent.parent) {
+            if (parent.activeFocusOnTab)
+                return true;
+        }
+        return false;
+    }
+
+    // In px of the base size. Of a text it is what is painted.
+    function box(item) {
+        var area = { x: 0, y: 0, width: item.width, height: item.height };
+        if (item.font !== undefined) {
+            area.width = item.contentWidth;
+            area.height = item.contentHeight;
+            area.x = item.horizontalAlignment === Text.AlignHCenter ? (item.width - area.width) / 2 : 0;
+            area.y = item.verticalAlignment === Text.AlignVCenter ? (item.height - area.height) / 2 : 0;
+        }
+        var corner = view.mapFromItem(item.parent, item.x + area.x, item.y + area.y);
+        return { x: corner.x, y: corner.y, right: corner.x + area.width, bottom: corner.y + area.height };
+    }
+
+    function describe(item) {
+        var area = box(item);
+        return (item.btnText || item.text || item) + " at " + [area.x, area.y, area.right, area.bottom].join(",");
+    }
+
+    function checkBounds() {
+        var texts = visibleOnes(function(item) {
+            return item.font !== undefined && item.text !== "" && isShown(item) && item.enabled;
+        });
+        boxes().concat(texts).forEach(function(item) {
+            var area = box(item);
+            verify(area.x >= 0 && area.right <= view.baseWidth, describe(item));
+            verify(area.y >= 0 && area.bottom <= view.baseHeight - hidden, describe(item));
+            if (item.font !== undefined) {
+                verify(!item.truncated, describe(item));
+                verify(item.contentWidth <= item.width + 0.5, describe(item));
+            }
+            if (item.activeFocusOnTab)
+                verify(item.height >= 35, describe(item));
+        });
+    }
+
+    // The tooltip alone covers what is below it.
+    function checkOverlaps() {
+        var all = boxes().filter(function(item) {
+            return !(item.parent.source && item.parent.source.toString().indexOf("tooltip2") >= 0);
+        });
+        for (var i = 0; i < all.length; ++i) {
+            for (var j = i + 1; j < all.length; ++j) {
+                var a = box(all[i]);
+                var b = box(all[j]);
+                verify(a.right <= b.x || b.right <= a.x || a.bottom <= b.y || b.bottom <= a.y,
+                       describe(all[i]) + " overlaps " + describe(all[j]));
+            }
+        }
+    }
+
+    // As the window shows it, without the strip that the menu bar takes.
+    function save(path) {
+        var height = (view.baseHeight - hidden) * view.factor;
+        verify(camera.save(view, view.width, height, path), path);
+    }
+
+    function test_everythingFits_data() {
+        var rows = [];
+        languages.forEach(function(locale) {
+            densities.forEach(function(dpi) {
+                scenes.forEach(function(scene) {
+                    rows.push({ tag: scene.tag + " " + locale + " " + dpi, scene: scene,
+                                locale: locale, dpi: dpi });
+                });
+            });
+        });
+        return rows;
+    }
+
+    function test_everythingFits(row) {
+        verify(language.choose(row.locale));
+        view = createMain();
+        row.scene.show();
+        view.logicalPixelDensity = view.basePixelDensity * row.dpi / 96;
+        compare(view.height, view.baseHeight * row.dpi / 96);
+        verify(view.width <= testCase.width);
+        wait(20); // for rows and columns to arrange what has just come to light
+        checkBounds();
+        checkOverlaps();
+        if (sheetFolder !== "")
+            save(sheetFolder + "/" + row.scene.tag + "_" + row.locale + "_" + row.dpi + ".png");
+        mouseRelease(testCase, 1, 1);
+    }
+}
