@@ -75,9 +75,10 @@ Finding judge(const QByteArray& path)
 void report(const char* title, const Counts& counts)
 {
     std::printf("%s:", title);
-    for (std::size_t i = 0; i < counts.size(); ++i)
+    for (std::size_t i = 0; i < counts.size(); ++i) {
         std::printf(" %ld %s%s", counts[i].load(), findingNames[i],
                     i + 1 < counts.size() ? "," : "\n");
+    }
 }
 
 [[noreturn]] void readInALoop(const QByteArray& path, Shared& shared)

@@ -1,7 +1,9 @@
+#include "applicationservice.h"
+#include "desktop.h"
 #include "engine/sdkhelper.h"
 #include "engine/workerthread.h"
 #include "fonts.h"
-#include "quitsignals.h"
+#include "quitrequests.h"
 #include "resources.h"
 #include "runguard.h"
 #include "settings/filehelper.h"
@@ -43,7 +45,11 @@ void installTranslation(QTranslator& translator)
 
 int run(int& argc, char** argv)
 {
+    // Qt takes both out of the environment's hands: read and hidden before it looks.
+    const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID");
+    GtkThemeBlocker themeBlocker;
     QApplication application(argc, argv, applicationFlags);
+    themeBlocker.restore();
     QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
     QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
     QCoreApplication::setApplicationVersion(QLatin1String(version));
@@ -56,6 +62,7 @@ int run(int& argc, char** argv)
         QMessageBox::critical(nullptr, QStringLiteral("Error"),
                               QStringLiteral("Vireon application is already running."),
                               QMessageBox::Ok, QMessageBox::NoButton);
+        ApplicationService::activateOther(startupId);
         return 0;
     }
 
@@ -69,8 +76,12 @@ int run(int& argc, char** argv)
     FileHelper::cleanWorkingDirectory();
     mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
-    const QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &QuitSignals::quitRequested, mainWindow, &MainWindow::exitApp);
+    const QuitRequests quitRequests;
+    QObject::connect(&quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
+    ApplicationService service;
+    QObject::connect(&service, &ApplicationService::activateRequested, mainWindow,
+                     &MainWindow::bringToFront);
+    service.start();
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
 

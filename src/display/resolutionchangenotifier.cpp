@@ -7,10 +7,10 @@
 #include <QDesktopWidget>
 #include <QScreen>
 #include <QSemaphore>
+#include <QSize>
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 
 namespace {
 
@@ -19,14 +19,49 @@ constexpr int answerLimitMs = 200;
 constexpr int answerSliceMs = 20; // how soon a waiting worker sees that the program ends
 constexpr int optimumFrequencyHz = 50; // rates above this one are good enough
 
-/// The GUI thread's answer; shared, since it may come after the worker has given up waiting.
-struct SizeAnswer
-{
-    QSize size;
-    QSemaphore ready;
-};
-
 } // namespace
+
+/// What the poll asks the GUI thread each round. One object for all rounds, connected before the
+/// thread starts; an answer that comes too late is dropped by the next round.
+class ResolutionChangeNotifier::SizeQuestion : public QObject
+{
+    Q_OBJECT
+
+public:
+    SizeQuestion()
+    {
+        connect(this, &SizeQuestion::asked, this, &SizeQuestion::answer, Qt::QueuedConnection);
+    }
+
+    /// The primary screen's full size; empty without an answer in time.
+    QSize ask()
+    {
+        ready.acquire(ready.available());
+        emit asked();
+        for (int waited = 0; waited < answerLimitMs && !WorkerThread::isStopping();
+             waited += answerSliceMs) {
+            if (ready.tryAcquire(1, answerSliceMs))
+                return {answeredWidth, answeredHeight};
+        }
+        return {};
+    }
+
+signals:
+    void asked();
+
+private:
+    void answer()
+    {
+        const QScreen* primary = QGuiApplication::primaryScreen();
+        answeredWidth = primary ? primary->size().width() : 0;
+        answeredHeight = primary ? primary->size().height() : 0;
+        ready.release();
+    }
+
+    QSemaphore ready;
+    std::atomic<int> answeredWidth {0};
+    std::atomic<int> answeredHeight {0};
+};
 
 ResolutionChangeNotifier* ResolutionChangeNotifier::_instance = nullptr;
 
@@ -39,6 +74,7 @@ ResolutionChangeNotifier* ResolutionChangeNotifier::instance(QObject* parent)
 
 ResolutionChangeNotifier::ResolutionChangeNotifier(QObject* parent)
     : QObject(parent)
+    , sizeQuestion(new SizeQuestion, [](SizeQuestion* question) { question->deleteLater(); })
 {
     if (const QScreen* primary = QGuiApplication::primaryScreen()) {
         width = primary->availableSize().width();
@@ -75,11 +111,12 @@ void ResolutionChangeNotifier::logScreens() const
 void ResolutionChangeNotifier::listenToResolution()
 {
     const auto listening = keepListening;
+    const auto question = sizeQuestion;
     while (*listening && !WorkerThread::isStopping()) {
         WorkerThread::msleep(pollIntervalMs);
         if (!*listening)
             return;
-        const QSize size = askForScreenSize();
+        const QSize size = question->ask();
         if (!*listening || size.isEmpty() || size == QSize(width, height))
             continue;
         qDebug() << "Resolution changed, notify. Old vs new:" << width.load() << "/"
@@ -88,25 +125,6 @@ void ResolutionChangeNotifier::listenToResolution()
         height = size.height();
         emit resolutionChanged(size.width(), size.height());
     }
-}
-
-QSize ResolutionChangeNotifier::askForScreenSize()
-{
-    const auto answer = std::make_shared<SizeAnswer>();
-    QMetaObject::invokeMethod(
-        this,
-        [answer] {
-            if (const QScreen* primary = QGuiApplication::primaryScreen())
-                answer->size = primary->size();
-            answer->ready.release();
-        },
-        Qt::QueuedConnection);
-    for (int waited = 0; waited < answerLimitMs && !WorkerThread::isStopping();
-         waited += answerSliceMs) {
-        if (answer->ready.tryAcquire(1, answerSliceMs))
-            return answer->size;
-    }
-    return {};
 }
 
 int ResolutionChangeNotifier::getMinDispFrequency()
@@ -130,3 +148,5 @@ bool ResolutionChangeNotifier::isOptimumFreq()
     qDebug() << " optimumDispFrequency: " << (optimum ? "true" : "false");
     return optimum;
 }
+
+#include "resolutionchangenotifier.moc"

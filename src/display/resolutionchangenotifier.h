@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QSize>
 
 #include <atomic>
 #include <memory>
@@ -42,15 +41,17 @@ private slots:
     void listenToResolution();
 
 private:
+    class SizeQuestion;
+
     explicit ResolutionChangeNotifier(QObject* parent);
 
     void logScreens() const;
-    QSize askForScreenSize();
 
     static ResolutionChangeNotifier* _instance;
 
     std::atomic<int> width {0};
     std::atomic<int> height {0};
-    /// Shared with the poll, whose last round may be longer than the object's life.
+    // Shared with the poll, whose last round may be longer than the object's life.
     std::shared_ptr<std::atomic<bool>> keepListening = std::make_shared<std::atomic<bool>>(true);
+    std::shared_ptr<SizeQuestion> sizeQuestion;
 };

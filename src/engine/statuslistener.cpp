@@ -1,7 +1,7 @@
 #include "statuslistener.h"
 
-#include "settings/filehelper.h"
 #include "settings/globalsettings.h"
+#include "statusreport.h"
 #include "workerthread.h"
 
 #include <QCoreApplication>
@@ -13,26 +13,9 @@ namespace {
 constexpr unsigned long pollIntervalMs = 300;
 constexpr unsigned long handOverIntervalMs = 10;
 
-/// Longest line that is looked at, in bytes. A file of any size costs no more than two of them.
-constexpr qint64 longestLine = 4096;
-
 QString statusFilePath()
 {
     return QString::fromStdString(GS::instance()->penSettingsPath);
-}
-
-/// Whether @p line, just read, is all of its line: one that is longer cannot be a report.
-bool isWhole(const QByteArray& line, const QFile& file)
-{
-    return line.endsWith('\n') || file.atEnd();
-}
-
-/// Removes the first occurrence of @p prefix only: what follows must be a number on its own.
-QString withoutPrefix(const QByteArray& line, const QString& prefix)
-{
-    QString text = QString::fromUtf8(line.constData(), line.size()).trimmed();
-    const int position = text.indexOf(prefix);
-    return position < 0 ? text : text.remove(position, prefix.size());
 }
 
 } // namespace
@@ -74,40 +57,20 @@ void StatusListener::readStatusFile()
 void StatusListener::readReport()
 {
     const QString path = statusFilePath();
-    QFile file;
-    if (!FileHelper::openRegularFile(file, path, QIODevice::ReadOnly)) {
+    const std::optional<StatusReport> report = StatusReport::fromFile(path);
+    if (!report) {
         qDebug() << "Could not open the file!" << path;
         return;
     }
-    const QByteArray statusLine = file.readLine(longestLine);
-    if (!isWhole(statusLine, file))
-        return;
-    takeStatusLine(statusLine);
-    const QByteArray firmwareLine = file.readLine(longestLine);
-    if (isWhole(firmwareLine, file))
-        takeFirmwareLine(firmwareLine);
-}
-
-void StatusListener::takeStatusLine(const QByteArray& line)
-{
-    const QString rest = withoutPrefix(line, QStringLiteral("Result="));
-    bool parsed = false;
-    const int reported = rest.toInt(&parsed);
-    if (!parsed || reported == status)
-        return;
-    qDebug() << "statuslistener" << rest;
-    status = reported;
-    emit statusChanged(status);
-}
-
-void StatusListener::takeFirmwareLine(const QByteArray& line)
-{
-    bool parsed = false;
-    const int reported = withoutPrefix(line, QStringLiteral("Firmware=")).toInt(&parsed);
-    if (!parsed || reported == firmware)
-        return;
-    firmware = reported;
-    emit statusChanged(status);
+    if (report->status && *report->status != status) {
+        qDebug() << "statuslistener" << report->statusText;
+        status = *report->status;
+        emit statusChanged(status);
+    }
+    if (report->firmware && *report->firmware != firmware) {
+        firmware = *report->firmware;
+        emit statusChanged(status);
+    }
 }
 
 // --- Overrides, on the GUI thread -------------------------------------------------------------

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QObject>
 
 #include <atomic>
@@ -76,8 +75,6 @@ private:
     StatusListener();
 
     void readReport();
-    void takeStatusLine(const QByteArray& line);
-    void takeFirmwareLine(const QByteArray& line);
     void pauseReader();
     void startReader();
 

@@ -43,7 +43,7 @@ public:
     void writeDone();
 
 signals:
-    /// A command came, see the table in the source. 1000 stands for whatever command was already
+    /// A command came, see MailboxCommand. 1000 stands for whatever command was already
     /// there when the loop started. Comes from the loop's thread.
     void received(int id);
 

@@ -359,8 +359,9 @@ void GS::applyProductVariant()
 void GS::deriveCameraGeometry()
 {
     cameraPixelCount = wrappedProduct(cameraWidth, cameraHeight);
-    // Whole halves.  NOLINTNEXTLINE(bugprone-integer-division)
-    cameraCentre = EVector(cameraWidth / 2, cameraHeight / 2);
+    const int halfWidth = cameraWidth / 2; // whole pixels
+    const int halfHeight = cameraHeight / 2;
+    cameraCentre = EVector(halfWidth, halfHeight);
     cameraHalfDiagonal = cameraCentre.length();
 }
 

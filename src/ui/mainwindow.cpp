@@ -1,27 +1,49 @@
 #include "mainwindow.h"
 
+#include "app/desktop.h"
+#include "app/splash.h"
+#include "desktopnotifier.h"
+#include "display/resolutionchangenotifier.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
+#include "linuxtrayiconmanager.h"
 #include "mywidget.h"
 #include "settings/globalsettings.h"
+#include "ui/supportaddresses.h"
 
 #include <QAction>
 #include <QBoxLayout>
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDesktopServices>
 #include <QFile>
+#include <QGraphicsSceneMouseEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
 #include <QQmlContext>
 #include <QQmlError>
 #include <QQuickItem>
 #include <QScreen>
 #include <QThread>
+#include <QTimer>
+
+#include <cstdio>
 
 namespace {
 
+constexpr int splashTimeMs = 10000;
+constexpr int messageTimeMs = 5000;
 constexpr unsigned long quitGraceMs = 800; // for the engine to act on the quit command
+constexpr int lastOldFirmware = 1;
+const char* const offeredFirmware = "1.2";
+const char* const keepAwakeHelper = "VireonIdle.exe"; // its name on every platform
+
+// Values of GS::cpuState.
+constexpr int cpuMayIdle = 0;
+constexpr int cpuKeptAwake = 2;
 
 struct BrandCode
 {
@@ -29,7 +51,34 @@ struct BrandCode
     const char* code;
 };
 
-constexpr BrandCode brandCodes[] = {{0, "qor"}, {1, "tal"}, {2, "wendle"}, {4, "marrowby"}};
+constexpr int remotePenBrand = 1;
+constexpr BrandCode brandCodes[] = {
+    {0, "qor"}, {remotePenBrand, "tal"}, {2, "wendle"}, {4, "marrowby"}};
+
+/// Types of sendEventToUI().
+enum SceneEvent : int { ScenePress = 0, SceneMove = 1, SceneRelease = 2 };
+
+QEvent::Type sceneEventType(int type)
+{
+    switch (type) {
+    case SceneMove:
+        return QEvent::GraphicsSceneMouseMove;
+    case SceneRelease:
+        return QEvent::GraphicsSceneMouseRelease;
+    default:
+        return QEvent::GraphicsSceneMousePress;
+    }
+}
+
+bool isNotCalibrated(int status)
+{
+    return status == StatusNotCalibrated || status == StatusNotCalibrated2;
+}
+
+void openPage(const char* address)
+{
+    QDesktopServices::openUrl(QUrl(QLatin1String(address)));
+}
 
 } // namespace
 
@@ -39,22 +88,38 @@ MainWindow* mainWindow = nullptr;
 
 MainWindow::MainWindow(QString openText, QString exitText, QString versionText)
 {
-    Q_UNUSED(openText)
-    Q_UNUSED(exitText)
+    createSplash();
     sdk = SdkHelper::instance(this);
     exposeToQml();
     appTitle = QStringLiteral("Vireon");
+    createTray(openText, exitText);
     loadView();
+    if (GS::instance()->autostart) {
+        qDebug() << "Autostart is enabled!";
+        autoStart = false;
+        toggleAutoStart();
+    }
     writeInitialProperties(versionText);
     createWindow();
     installMenuBar();
     connect(window, &MyWidget::closeWindow, this, &MainWindow::onClosing);
+    applyPointerMode();
+    connect(ResolutionChangeNotifier::instance(), &ResolutionChangeNotifier::resolutionChanged,
+            this, &MainWindow::onResolutionChanged);
     windowVisible = true;
     connectStatusSources();
+    reserved = nullptr;
     setRootProperty("isGreaterEqualsWin8", false);
     setRootProperty("status", StatusStarted);
     setRootProperty("finishedLoading", true);
     show();
+    constructed = true;
+    showWarnings();
+}
+
+MainWindow::MainWindow(QWidget* parent)
+{
+    Q_UNUSED(parent)
 }
 
 MainWindow::~MainWindow()
@@ -62,13 +127,47 @@ MainWindow::~MainWindow()
     qDebug() << "quiting mainwindow";
 }
 
+void MainWindow::createSplash()
+{
+    splash = new Splash(brand());
+    QTimer::singleShot(splashTimeMs, splash, &Splash::splashCloseWindow);
+}
+
 void MainWindow::exposeToQml()
 {
     QQmlContext* context = rootContext();
     context->setContextProperty(QStringLiteral("sdk"), sdk);
     context->setContextProperty(QStringLiteral("mainwindow"), this);
-    context->setContextProperty(QStringLiteral("operatingSystem"), QStringLiteral("linux"));
+    context->setContextProperty(QStringLiteral("operatingSystem"), os());
     qDebug() << "qml loaded";
+}
+
+void MainWindow::createTray(const QString& openText, const QString& exitText)
+{
+    isUnity = isUnityDesktop();
+    if (!isUnity) {
+        createTrayIcon(exitText);
+        return;
+    }
+    trayIconManager = new LinuxTrayIconManager;
+    connect(trayIconManager, &LinuxTrayIconManager::trayIconClicked, this, &MainWindow::showWindow);
+    connect(trayIconManager, &LinuxTrayIconManager::trayIconQuit, this, &MainWindow::exitApp);
+    trayIconManager->createIndicator(openText, exitText);
+}
+
+void MainWindow::createTrayIcon(const QString& exitText)
+{
+    trayIcon = new QSystemTrayIcon(this);
+    trayIcon->setIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
+    trayIcon->setVisible(true);
+    trayMenu = new QMenu;
+    auto* trayExitAction = new QAction(exitText, this);
+    connect(trayExitAction, &QAction::triggered, this, &MainWindow::exitApp);
+    trayMenu->addAction(trayExitAction);
+    trayIcon->setContextMenu(trayMenu);
+    connect(trayIcon, &QSystemTrayIcon::activated, this, &MainWindow::onTrayIconClicked);
+    connect(trayIcon, &QSystemTrayIcon::messageClicked, this, &MainWindow::showWindow);
+    notifier = new DesktopNotifier(this);
 }
 
 void MainWindow::loadView()
@@ -133,6 +232,13 @@ void MainWindow::installMenuBar()
     window->setFixedSize(windowSize);
 }
 
+void MainWindow::applyPointerMode()
+{
+    const bool single = GS::instance()->singlePointerMode == 0;
+    qDebug() << (single ? " single pointer mode " : "Multi pointer mode ");
+    setPointerMode(single);
+}
+
 void MainWindow::connectStatusSources()
 {
     connect(StatusListener::instance(), &StatusListener::statusChanged, this,
@@ -140,7 +246,17 @@ void MainWindow::connectStatusSources()
     connect(SdkHelper::instance(), &SdkHelper::statusChanged, this, &MainWindow::onStatusChanged);
 }
 
-// --- Menus ------------------------------------------------------------------------------------
+void MainWindow::showWarnings()
+{
+    if (!ResolutionChangeNotifier::isOptimumFreq()) {
+        qDebug() << "show freq error";
+        callRoot("showFreqPopup");
+    }
+    if (!GS::instance()->acPopUpEnabled)
+        callRoot("disableAcPopUp");
+}
+
+// --- Menus and their pages --------------------------------------------------------------------
 
 void MainWindow::createActions()
 {
@@ -153,18 +269,77 @@ void MainWindow::createActions()
     const ActionRow rows[] = {
         {&MainWindow::exitAction, tr("&Exit"), &MainWindow::exitApp},
         {&MainWindow::hideAction, tr("&Hide"), &MainWindow::onClosing},
+        {&MainWindow::reloadCcfAction, tr("&Reload Ccf"), &MainWindow::onLoadCcf},
+        {&MainWindow::updateFirmwareAction, tr("Update Firmware"),
+         &MainWindow::onUpdateFirmwareTriggered},
+        {&MainWindow::resetAction, tr("&Reset"), &MainWindow::resetCalibration},
+        {&MainWindow::singleInputAction, tr("&Single Input"), &MainWindow::singlePointerMode},
+        {&MainWindow::multiInputAction, tr("&Multi Input"), &MainWindow::multiPointerMode},
+        {&MainWindow::troubleshootAction, tr("Troubleshoot"), &MainWindow::onTroubleshootTriggered},
+        {&MainWindow::videoTutorialAction, tr("Video Tutorial"),
+         &MainWindow::onVideoTutorialTriggered},
+        {&MainWindow::getHelpAction, tr("Get Help"), &MainWindow::onGetHelpTriggered},
     };
     for (const ActionRow& row : rows) {
         this->*row.member = new QAction(row.text, window);
         connect(this->*row.member, &QAction::triggered, this, row.slot);
     }
+    updateFirmwareAction->setEnabled(false);
+    for (QAction* action : {singleInputAction, multiInputAction}) {
+        action->setCheckable(true);
+        action->setChecked(isSinglePointer);
+    }
 }
 
 void MainWindow::createMenus()
 {
-    fileMenu = new QMenu(tr("File"));
-    menuBar->addMenu(fileMenu);
-    fileMenu->addActions({hideAction, exitAction});
+    struct MenuRow
+    {
+        QMenu* MainWindow::*member;
+        QString title;
+        bool inMenuBar;
+        QList<QAction*> entries;
+    };
+    const MenuRow rows[] = {
+        {&MainWindow::fileMenu, tr("File"), true, {hideAction, updateFirmwareAction, exitAction}},
+        {&MainWindow::calibrationMenu, tr("Calibration"), true, {resetAction}},
+        {&MainWindow::inputMenu, tr("Input"), false, {singleInputAction, multiInputAction}},
+        {&MainWindow::helpMenu,
+         tr("Help"),
+         true,
+         {troubleshootAction, videoTutorialAction, getHelpAction}},
+    };
+    for (const MenuRow& row : rows) {
+        auto* menu = new QMenu(row.title);
+        this->*row.member = menu;
+        menu->addActions(row.entries);
+        if (row.inMenuBar)
+            menuBar->addMenu(menu);
+    }
+    if (brand() == QLatin1String("tal"))
+        connect(fileMenu, &QMenu::aboutToShow, this, &MainWindow::onFileMenuShow);
+}
+
+void MainWindow::onFileMenuShow() { }
+
+void MainWindow::onLoadCcf()
+{
+    sdk->trigger(SdkHelper::LoadCcf);
+}
+
+void MainWindow::onTroubleshootTriggered()
+{
+    openPage(knowledgeBaseAddress);
+}
+
+void MainWindow::onVideoTutorialTriggered()
+{
+    openPage(videoTutorialAddress);
+}
+
+void MainWindow::onGetHelpTriggered()
+{
+    openPage(newTicketAddress);
 }
 
 // --- Window -----------------------------------------------------------------------------------
@@ -183,6 +358,8 @@ void MainWindow::hide()
 
 void MainWindow::showWindow()
 {
+    if (splash)
+        splash->slotCloseWindow();
     // A plain show() would leave a minimised window where it is.
     window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     show();
@@ -194,15 +371,62 @@ void MainWindow::hideWindow()
     hide();
 }
 
+void MainWindow::bringToFront()
+{
+    showWindow();
+    window->activateWindow();
+}
+
+void MainWindow::onTrayIconClicked(QSystemTrayIcon::ActivationReason reason)
+{
+    if (reason == QSystemTrayIcon::Trigger)
+        showWindow();
+}
+
 void MainWindow::onClosing()
 {
-    if (!quitting)
-        hide();
+    if (quitting)
+        return;
+    hide();
+    if (!closeHintShown) {
+        showMessage(isUnity || QSystemTrayIcon::isSystemTrayAvailable()
+                        ? tr("Running in background, you can open and quit the window from the ")
+                            + tr("icon-tray.")
+                        : tr("Running in background. Start Vireon again to open the window."));
+    }
+    closeHintShown = true;
+}
+
+void MainWindow::onResolutionChanged(int width, int height)
+{
+    Q_UNUSED(width)
+    Q_UNUSED(height)
+    if (windowVisible) {
+        hideWindow();
+        showWindow();
+    }
+    callRoot("checkAspectRatio");
+    if (!ResolutionChangeNotifier::isOptimumFreq())
+        callRoot("showFreqPopup");
+}
+
+void MainWindow::openLogWindow() { }
+
+void MainWindow::adaptWindowSize(int width, int height, double factor)
+{
+    Q_UNUSED(width)
+    Q_UNUSED(height)
+    Q_UNUSED(factor)
 }
 
 void MainWindow::appendText(QString text)
 {
     Q_UNUSED(text)
+}
+
+QString MainWindow::os()
+{
+    return QStringLiteral("linux");
 }
 
 QString MainWindow::brand()
@@ -219,15 +443,68 @@ QString MainWindow::appName()
     return appTitle;
 }
 
+// --- Mouse and touch --------------------------------------------------------------------------
+
+void MainWindow::mousePressEvent(QMouseEvent* ev)
+{
+    window->activateWindow();
+    container->setFocus(Qt::MouseFocusReason);
+    QQuickView::mousePressEvent(ev);
+}
+
+void MainWindow::touchEvent(QTouchEvent* ev)
+{
+    for (const QTouchEvent::TouchPoint& point : ev->touchPoints()) {
+        const QPointF position = point.pos();
+        const Qt::TouchPointState state = point.state();
+        if (state != Qt::TouchPointMoved && state != Qt::TouchPointPressed
+            && state != Qt::TouchPointReleased)
+            continue;
+        sendEventToUI(position.x(), position.y(), SceneMove);
+        if (state != Qt::TouchPointMoved)
+            sendEventToUI(position.x(), position.y(),
+                          state == Qt::TouchPointPressed ? ScenePress : SceneRelease);
+    }
+}
+
+void MainWindow::sendEventToUI(double x, double y, int type)
+{
+    QGraphicsSceneMouseEvent sceneEvent(sceneEventType(type));
+    sceneEvent.setScenePos(QPointF(x - geometry().x(), y - geometry().y()));
+    sceneEvent.setButton(Qt::LeftButton);
+    sceneEvent.setButtons(Qt::LeftButton);
+    QCoreApplication::sendEvent(this, &sceneEvent);
+}
+
 // --- Status -----------------------------------------------------------------------------------
 
 void MainWindow::onStatusChanged(int id)
 {
     qDebug() << "firmware version:" << StatusListener::instance()->firmware.load();
+    updateFirmwareHint(id);
     qDebug() << "status" << id;
+    if (isNotCalibrated(id))
+        showMessage(tr("Vireon not calibrated. Please Calibrate!"));
     writeStatus(id);
     showWindow();
     sdk->resetLastAction();
+}
+
+void MainWindow::updateFirmwareHint(int id)
+{
+    const bool engineAway =
+        id == StatusEngineGaveUp || id == StatusEngineRestarting || id == StatusNotReady;
+    if (engineAway || StatusListener::instance()->firmware > lastOldFirmware) {
+        updateFirmwareAction->setEnabled(false);
+        return;
+    }
+    updateFirmwareAction->setEnabled(true);
+    if (!firmwarePromptShown) {
+        showMessage(
+            tr("Camera unit firmware is old version. Please click 'File' in the task bar to "
+               "update it."));
+    }
+    firmwarePromptShown = true;
 }
 
 void MainWindow::writeStatus(int id)
@@ -239,7 +516,7 @@ void MainWindow::writeStatus(int id)
     const bool equal = root->property("status").toInt() == id;
     root->setProperty("status", id);
     if (equal)
-        QMetaObject::invokeMethod(root, "statusChanged");
+        callRoot("statusChanged");
 }
 
 void MainWindow::setRootProperty(const char* name, const QVariant& value)
@@ -248,7 +525,107 @@ void MainWindow::setRootProperty(const char* name, const QVariant& value)
         root->setProperty(name, value);
 }
 
-// --- Calibrations -----------------------------------------------------------------------------
+void MainWindow::callRoot(const char* function)
+{
+    if (QQuickItem* root = rootObject())
+        QMetaObject::invokeMethod(root, function);
+}
+
+bool MainWindow::aspectRatioWarningShown()
+{
+    return GS::instance()->aspectRatioWarningShown;
+}
+
+bool MainWindow::setAspectRatioWarningShown(bool value)
+{
+    GS::instance()->aspectRatioWarningShown = value;
+    GS::instance()->saveUserSettings();
+    return true;
+}
+
+bool MainWindow::setAcPopUpDisabled()
+{
+    qDebug() << "setAcPopUpDisabled ";
+    GS::instance()->acPopUpEnabled = false;
+    GS::instance()->saveUserSettings();
+    return true;
+}
+
+// --- Messages ---------------------------------------------------------------------------------
+
+void MainWindow::showMessage(QString text)
+{
+    if (!text.isEmpty()) {
+        if (messageShowing)
+            pendingMessages.append(text);
+        else
+            displayMessage(text);
+        return;
+    }
+    messageShowing = false;
+    if (!pendingMessages.isEmpty())
+        displayMessage(pendingMessages.takeFirst());
+}
+
+void MainWindow::showMessage()
+{
+    showMessage(QString());
+}
+
+void MainWindow::displayMessage(const QString& text)
+{
+    if (trayIconManager)
+        trayIconManager->createNotification(appTitle.toUtf8().data(), text.toUtf8().data());
+    else if (trayIcon && QSystemTrayIcon::isSystemTrayAvailable())
+        trayIcon->showMessage(appTitle, text, QSystemTrayIcon::Information, messageTimeMs);
+    else if (notifier)
+        notifier->showMessage(appTitle, text); // no tray to show it
+    messageShowing = true;
+    QTimer::singleShot(messageTimeMs, this, qOverload<>(&MainWindow::showMessage));
+}
+
+void MainWindow::hideMessage()
+{
+    if (!trayIcon)
+        return;
+    trayIcon->setVisible(false);
+    trayIcon->setVisible(true);
+}
+
+void MainWindow::onUpdateFirmwareTriggered()
+{
+    const QString installed =
+        QStringLiteral("1.%1").arg(StatusListener::instance()->firmware.load());
+    const QString offered = QLatin1String(offeredFirmware);
+    // The multi-argument form: a marker inside an inserted text must not be replaced in turn.
+    QString text =
+        tr("A new firmware (Ver. %1) is available (you have Ver. %2).<br><br>It supports to store "
+           "the calibration data onto %3. If you want to update it, please see the Firmware "
+           "Update Manual in the website link below and click 'Start' button below. This will "
+           "open the firmware updater. Select the file 'firmware.iic' from your installation "
+           "folder.<br><br><br><br>Manual: <a href='%4'>Download here.</a>")
+            .arg(offered, installed, appTitle, QLatin1String(firmwareManualAddress));
+    if (GS::instance()->brand == remotePenBrand) {
+        text = tr("A new firmware (Ver. %1) is available (you have Ver. %2).<br><br>It supports to "
+                  "store the calibration data onto %3. If you want to update it, If you want to "
+                  "update it, please prepare the Windows computer and see the Firmware Update "
+                  "Manual in the website link below.<br><br>Manual: ")
+                   .arg(offered, installed, appTitle)
+            + QStringLiteral("<a href='%1'>%2</a>")
+                  .arg(QLatin1String(remotePenDownloadAddress), tr("Download here."));
+    }
+    QMessageBox box;
+    box.setTextFormat(Qt::RichText);
+    box.setWindowTitle(tr("Update Firmware"));
+    box.setText(text);
+    box.addButton(tr("Start"), QMessageBox::YesRole);
+    const QAbstractButton* exitButton = box.addButton(tr("Exit"), QMessageBox::NoRole);
+    box.exec();
+    if (box.clickedButton() == exitButton)
+        box.close();
+}
+
+// --- Calibration and other commands to the engine ---------------------------------------------
 
 void MainWindow::startAutoCalibration()
 {
@@ -281,16 +658,172 @@ void MainWindow::markCalibration()
     setRootProperty("aspectRatioWarningShown", true);
 }
 
+void MainWindow::startParallaxCorrection()
+{
+    sdk->trigger(SdkHelper::TouchCalibration);
+}
+
+void MainWindow::calibrateRayline()
+{
+    sdk->trigger(SdkHelper::CalibrateRayline);
+}
+
+void MainWindow::openSensorViewer()
+{
+    sdk->trigger(SdkHelper::SensorViewer);
+}
+
+void MainWindow::offsetCorrection()
+{
+    sdk->trigger(SdkHelper::OffsetCorrection);
+}
+
+void MainWindow::pauseResumeCalibration()
+{
+    qDebug() << "pause resume";
+    calibrationPaused = !calibrationPaused;
+    setRootProperty("pauseCalib", calibrationPaused);
+    sdk->trigger(SdkHelper::PauseResumeCalibration);
+    showMessage(calibrationPaused ? tr("Calibration is paused! Mouse/Touch will not work")
+                                  : tr("Calibration resumed"));
+}
+
+void MainWindow::resetCalibration()
+{
+    const int shown = rootObject() ? rootObject()->property("status").toInt() : StatusUnknown;
+    if (shown == StatusNotReady || shown == StatusEngineGaveUp)
+        return;
+    sdk->trigger(SdkHelper::ResetCalibration);
+    // Shown at once, before the engine reports anything.
+    onStatusChanged(StatusNotCalibrated);
+}
+
+// --- Pointer mode -----------------------------------------------------------------------------
+
+void MainWindow::singlePointerMode()
+{
+    isSinglePointer = true;
+    setPointerMode(true);
+    showMessage(tr("Single Input(Mouse) mode is active"));
+    sdk->trigger(SdkHelper::SinglePointer);
+}
+
+void MainWindow::multiPointerMode()
+{
+    isSinglePointer = false;
+    setPointerMode(false);
+    showMessage(tr("Multi Input (Touch) mode is active"));
+    sdk->trigger(SdkHelper::MultiPointer);
+}
+
+void MainWindow::setPointerMode(bool single)
+{
+    isSinglePointer = single;
+    singleInputAction->setChecked(isSinglePointer);
+    multiInputAction->setChecked(!isSinglePointer);
+}
+
+bool MainWindow::stylusOnly()
+{
+    return GS::instance()->stylusOnly;
+}
+
+// --- Autostart, processor, sleep --------------------------------------------------------------
+
+void MainWindow::toggleAutoStart()
+{
+    qDebug() << "auto Start clicked";
+    autoStart = !autoStart;
+    setRootProperty("isAutoStart", autoStart);
+    GS::instance()->autostart = autoStart;
+    GS::instance()->saveUserSettings();
+}
+
+void MainWindow::toggleKeepACpuAwake()
+{
+    std::atomic<int>& state = GS::instance()->cpuState;
+    if (state == cpuMayIdle) {
+        state = cpuKeptAwake;
+        setRootProperty("isKeepACpuRunning", true);
+    } else if (state == cpuKeptAwake) {
+        state = cpuMayIdle;
+        setRootProperty("isKeepACpuRunning", false);
+    }
+    setCpuState();
+    GS::instance()->saveUserSettings();
+}
+
+void MainWindow::setCpuState()
+{
+    if (GS::instance()->cpuState == cpuKeptAwake) {
+        qDebug() << " Keep a CPU running";
+        keepACpuRunning();
+    } else {
+        qDebug() << " Disabled Processor idle state"; // says the opposite; log readers match it
+        enableProcessorIdleMode();
+    }
+}
+
+void MainWindow::keepACpuRunning()
+{
+    qDebug() << "keepACpuRunning";
+    setRootProperty("isKeepACpuRunning", true);
+    qDebug() << "keepACpuRunning";
+    if (!keepAwakeProcess) {
+        keepAwakeProcess = new QProcess;
+        qDebug() << "keepACpuRunning create ";
+    }
+    qDebug() << "keepACpuRunning";
+    keepAwakeProcess->start(QLatin1String(keepAwakeHelper), {}, QIODevice::ReadWrite);
+    qDebug() << "keepACpuRunning done";
+}
+
+void MainWindow::enableProcessorIdleMode()
+{
+    setRootProperty("isKeepACpuRunning", false);
+    if (keepAwakeProcess)
+        keepAwakeProcess->close();
+}
+
+void MainWindow::wasteCpu()
+{
+    qDebug() << "start wasting cpu now";
+    while (GS::instance()->cpuState == cpuKeptAwake) { }
+    qDebug() << "not wasting cpu now";
+}
+
+void MainWindow::onGoingToSleep()
+{
+    sdk->stopVireon();
+}
+
+void MainWindow::onWakingUp()
+{
+    StatusListener::instance()->injectStatus(StatusStarted);
+    sdk->startVireon();
+}
+
 // --- Quit -------------------------------------------------------------------------------------
 
 void MainWindow::exitApp()
 {
     sdk->trigger(SdkHelper::QuitEngine);
+    if (trayIcon)
+        trayIcon->hide();
+    enableProcessorIdleMode();
     quitting = true;
     qDebug() << "Quit Vireon clicked";
     hide();
+    if (keepAwakeProcess)
+        keepAwakeProcess->close();
     // Not a nested event loop, in which the engine's exit would be taken for a crash.
     QThread::msleep(quitGraceMs);
     close();
     QCoreApplication::quit();
+}
+
+void MainWindow::slotAppQuitting()
+{
+    std::puts("quitting");
+    hide();
 }

@@ -1,28 +1,35 @@
 #pragma once
 
+#include <QList>
 #include <QQuickView>
 #include <QSize>
 #include <QString>
+#include <QSystemTrayIcon>
 
+class DesktopNotifier;
+class LinuxTrayIconManager;
 class MyWidget;
 class QAction;
 class QMenu;
 class QMenuBar;
+class QProcess;
 class SdkHelper;
+class Splash;
 
 /**
  * The hub of the program: the main view and all that is around it.
  *
  * It is the Qt Quick view that shows "qrc:/qml/main.qml", and it owns the top-level window that
- * holds the view and the menu bar. It connects the engine's supervisor and the status file's
- * watcher to the view, and runs the commands of menus and view.
+ * holds the view and the menu bar, the tray icon (on Unity: the indicator) and the splash. It
+ * connects the engine's supervisor, the status file's watcher and the screens' watcher to the
+ * view, shows messages to the user, and runs the commands of menus, view and tray.
  *
  * Made once, on the heap, and not deleted before the process ends. GUI thread only. The view is
  * never shown or hidden by itself: it lives in the top-level window.
  *
  * QML knows it as "mainwindow"; all public slots can be called from there. It writes properties of
- * the root object by name. A view that cannot be loaded is reported in a message box and on the
- * log, and the program goes on without it.
+ * the root object and calls its functions by name. A view that cannot be loaded is reported in a
+ * message box and on the log, and the program goes on without it.
  */
 class MainWindow : public QQuickView
 {
@@ -32,58 +39,169 @@ public:
     /// Builds and shows everything. @p openText and @p exitText are the labels of the tray's
     /// items, @p versionText is shown in the view.
     MainWindow(QString openText, QString exitText, QString versionText);
+
+    /// Only the view, with every member at its initial value.
+    explicit MainWindow(QWidget* parent);
+
     ~MainWindow() override;
 
     /// Show and hide the top-level window, not the view.
     void show();
     void hide();
 
+    /// Shows the window and makes it the active one, for a user who has started the program again.
+    void bringToFront();
+
     void createActions();
     void createMenus();
+
+    /// Starts the helper that keeps a processor awake; what became of it is not looked at.
+    void keepACpuRunning();
+
+    /// Starts or ends that helper, as GS::cpuState says.
+    void setCpuState();
+
+    void enableProcessorIdleMode();
 
     /// Takes every line of the log handler. Nothing shows them yet.
     void appendText(QString text);
 
+    /// Delivers a scene mouse event with the left button to this view, at (@p x, @p y) px less the
+    /// view's position: 1 moves, 2 releases, any other @p type presses.
+    void sendEventToUI(double x, double y, int type);
+
+    /// Turns touch points into scene mouse events. An entry for callers only: the view itself
+    /// handles real touches before they come here, and presses its items natively.
+    void touchEvent(QTouchEvent* ev) override;
+
 public slots:
-    /// Quits the program: tells the engine, hides the window and leaves 800 ms later.
+    // Each opens a page of the help desk in the browser.
+    void onGetHelpTriggered();
+    void onTroubleshootTriggered();
+    void onVideoTutorialTriggered();
+
+    /// Asks to update the camera's firmware. The box only tells how: neither button starts it.
+    void onUpdateFirmwareTriggered();
+
+    /// Quits the program: tells the engine, hides everything and leaves 800 ms later.
     void exitApp();
 
-    // Calibrations. Each marks the view as loading; the next report ends that.
+    // Commands to the engine. A calibration marks the view as loading.
+    void calibrateRayline();
     void startAutoCalibration();
     void startManualCalibration(); ///< deletes the calibration's cache file first
     void startTouchCalibration(); ///< as startManualCalibration()
+    void openSensorViewer();
+    void startParallaxCorrection(); ///< sends what the touch calibration sends, and nothing else
 
     /// Presents a status code, whichever it is, and brings the window to the front. Ends with
     /// SdkHelper::resetLastAction().
     void onStatusChanged(int id);
 
+    /// A plain click opens the window; anything else does nothing.
+    void onTrayIconClicked(QSystemTrayIcon::ActivationReason reason = QSystemTrayIcon::Trigger);
+
+    void slotAppQuitting();
+
+    /// Without effect while the view's status is StatusNotReady or StatusEngineGaveUp.
+    void resetCalibration();
+
+    /// The engine toggles on its side; the controller keeps a flag of its own.
+    void pauseResumeCalibration();
+
+    void toggleAutoStart();
+
+    /// Shows @p text for 5 s, or queues it behind the one that is shown. An empty text shows the
+    /// next one of the queue.
+    void showMessage(QString text);
+
+    /// Takes the balloon away; the queue stays.
+    void hideMessage();
+
     void showWindow();
     void hideWindow();
+    void openLogWindow(); ///< does nothing
 
-    /// The user closed the window: only hides it, unless the program is quitting.
+    /// The user closed the window: hides it, with a hint the first time, unless the program quits.
     void onClosing();
+
+    void singlePointerMode();
+    void multiPointerMode();
+    void setPointerMode(bool single); ///< only remembers it and sets the check marks
+    void offsetCorrection();
+    QString os();
 
     /// The code of GS::brand: "qor", "tal", "wendle", "marrowby", or "nobrand" for any other.
     QString brand();
+
     QString appName();
+
+    /// Shows the window anew, for the new screens, and lets the view check them.
+    void onResolutionChanged(int width = 0, int height = 0);
+
+    void toggleKeepACpuAwake();
+    bool stylusOnly();
+    bool aspectRatioWarningShown();
+
+    // The results of these two carry no meaning.
+    bool setAspectRatioWarningShown(bool value);
+    bool setAcPopUpDisabled();
+
+    void onGoingToSleep(); ///< ends the engine
+    void onWakingUp(); ///< starts it again
+    void adaptWindowSize(int width, int height, double factor); ///< does nothing
+    void onFileMenuShow(); ///< does nothing
+
+    /// Lets the engine read its calibration configuration file again.
+    void onLoadCcf();
+
+    /// The next message of the queue.
+    void showMessage();
+
+private slots:
+    /// Keeps a processor busy in place of the helper while GS::cpuState is 2; only for a thread
+    /// of its own.
+    void wasteCpu();
+
+protected:
+    /// Also makes the top-level window active, which some window managers do not do for a press
+    /// in a view inside it: keys would be lost.
+    void mousePressEvent(QMouseEvent* ev) override;
 
 private:
     // The steps of the construction, in their order.
+    void createSplash();
     void exposeToQml();
+    void createTray(const QString& openText, const QString& exitText);
+    void createTrayIcon(const QString& exitText);
     void loadView();
     void writeInitialProperties(const QString& versionText);
     void createWindow();
     void centreWindow();
     void installMenuBar();
+    void applyPointerMode();
     void connectStatusSources();
+    void showWarnings();
 
+    // Small pieces that several slots share.
     void setRootProperty(const char* name, const QVariant& value);
+    void callRoot(const char* function);
     void writeStatus(int id);
-    void deleteCalibrationCache();
+    void updateFirmwareHint(int id);
+    void displayMessage(const QString& text);
     void markCalibration();
+    static void deleteCalibrationCache();
 
+    bool isUnity = false;
+    bool isSinglePointer = false;
     SdkHelper* sdk = nullptr;
+    QSystemTrayIcon* trayIcon = nullptr; ///< null on Unity
+    QMenu* trayMenu = nullptr;
+    LinuxTrayIconManager* trayIconManager = nullptr; ///< the indicator, on Unity only
     QString appTitle;
+    bool calibrationPaused = false;
+    bool autoStart = true; ///< true whatever the setting: the first toggle writes false
+    bool closeHintShown = false;
     bool quitting = false;
     bool windowVisible = false;
     MyWidget* window = nullptr;
@@ -92,8 +210,30 @@ private:
     QSize windowSize; ///< of the top-level window, px; fixed
     QAction* exitAction = nullptr;
     QAction* hideAction = nullptr;
+    QAction* reloadCcfAction = nullptr; ///< in no menu
+    QAction* updateFirmwareAction = nullptr;
+    QAction* resetAction = nullptr;
+    QAction* singleInputAction = nullptr;
+    QAction* multiInputAction = nullptr;
+    QAction* troubleshootAction = nullptr;
+    QAction* videoTutorialAction = nullptr;
+    QAction* getHelpAction = nullptr;
+    QMenu* helpMenu = nullptr;
     QMenuBar* menuBar = nullptr;
     QMenu* fileMenu = nullptr;
+    QMenu* calibrationMenu = nullptr;
+    QMenu* inputMenu = nullptr; ///< attached nowhere
+    void* reserved = nullptr; ///< never used
+    QProcess* keepAwakeProcess = nullptr;
+    Splash* splash = nullptr;
+    bool firmwarePromptShown = false;
+    bool constructed = false; ///< the constructor has come to its end
+    int lastWidth = -1; ///< this and the next two are never used
+    int lastHeight = -1;
+    double lastFactor = -1.0;
+    QList<QString> pendingMessages;
+    bool messageShowing = false;
+    DesktopNotifier* notifier = nullptr; ///< for desktops without a tray
 };
 
 /// The one main window; null until its constructor has returned.

@@ -1,5 +1,7 @@
-// The user settings file: any text loads, and what was loaded survives a save and a load.
+// The user settings file: any text loads, and what was loaded survives a save and a load. The same
+// text as the engine's status file gives a report whose number is the text's own.
 
+#include "engine/statusreport.h"
 #include "fuzzfile.h"
 #include "settings/globalsettings.h"
 
@@ -19,6 +21,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     settings.param60Override = size % 3 == 0;
 
     file.write(data, size);
+    const auto report = StatusReport::fromFile(file.path());
+    require(report.has_value(), "a file is always a report");
+    require(!report->status || report->statusText.toInt() == *report->status, "the status is read");
     settings.loadUserSettings();
     require(!settings.stylusOnly || settings.isTouch == 1, "a product without finger touch");
     require(!settings.param60Override || settings.userParam60 == 0

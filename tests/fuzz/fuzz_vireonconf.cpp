@@ -29,7 +29,8 @@ void check(const GS& settings)
     require(settings.isTouch == 0 || settings.isTouch == 1, "isTouch is a flag");
     require(settings.param60 == settings.param60Default, "line 60 has a copy");
     require(settings.param60Override == settings.param120, "line 120 permits the override");
-    require(settings.cameraCentre.x == settings.cameraWidth / 2, "the centre is derived");
+    const int halfWidth = settings.cameraWidth / 2;
+    require(settings.cameraCentre.x == halfWidth, "the centre is derived");
     require(settings.userIniPath == (settings.dataDir + "/user.ini").toStdString(),
             "the paths are derived");
     // Every text ends somewhere: the address sanitizer sees one that does not.

@@ -8,7 +8,7 @@ import tempfile
 
 import pytest
 
-from rig import App, Desktop, adopt_orphans, wait_for
+from rig import App, Bus, Desktop, Subject, adopt_orphans, wait_for
 from rig.processes import descendants_of, end, name_of
 
 
@@ -38,6 +38,30 @@ def desktop(directory):
     yield desktop
     desktop.stop()
     _expect_no_processes()
+
+
+@pytest.fixture
+def bus(desktop):
+    """The desktop's session bus."""
+    return Bus(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+
+
+@pytest.fixture
+def subject(desktop, directory):
+    """subject(name, argument..., environment=...): one of the tests' small programs, started."""
+    started = []
+
+    def start(name, *arguments, environment=None):
+        place = directory / f"subject{len(started)}"
+        started.append(Subject(desktop, place, name, *arguments, environment=environment))
+        return started[-1]
+
+    yield start
+    for one in started:
+        print(f"{one.name}:", *one.log()[-30:], sep="\n  ")
+        one.end()
+    reports = [report for one in started for report in one.reports()]
+    assert not reports, "\n".join(reports)
 
 
 @pytest.fixture

@@ -23,7 +23,8 @@ def test_calibration_from_button_to_ready(app, button, letter):
 
 
 def test_command_given_before_the_first_report_waits(install):
-    app = install(scenario="at 6000 status 0\n").start()
+    app = install(scenario="at 8000 status 0\n").start()
+    app.click("Manual Calibration")  # takes the splash away, which is in front until the report
     app.click("Manual Calibration")
     app.wait_until_shows("Loading...")
     assert app.letters() == []

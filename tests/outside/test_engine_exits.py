@@ -4,7 +4,6 @@ import os
 import signal
 import time
 
-import pytest
 
 from rig import is_running, wait_for
 

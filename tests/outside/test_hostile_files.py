@@ -81,6 +81,7 @@ def test_status_file_rewritten_all_the_time(install):
                 file.flush()
                 file.write(f"{-number % 7}\nFirmware={number % 3 + 5}\n")
             number += 1
+            time.sleep(0.0005)
 
     writer = threading.Thread(target=rewrite)
     writer.start()

@@ -31,10 +31,13 @@ extern "C" long sysconf(int name) noexcept
 
 extern "C" int open(const char* path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const auto mode = (flags & O_CREAT) ? va_arg(arguments, mode_t) : mode_t(0);
-    va_end(arguments);
+    mode_t mode = 0;
+    if (flags & O_CREAT) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
     const auto real = realFunction<int (*)(const char*, int, ...)>("open");
     const std::string systemDir = "/var/vireon/";
     const char* replacement = getenv("SUBJECT_VAR");

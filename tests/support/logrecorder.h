@@ -7,6 +7,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <vector>
 
 /**
  * Takes every message of Qt's log while it lives, from any thread, and can stop the thread that
@@ -42,7 +43,11 @@ public:
     QVector<Line> lines()
     {
         const std::lock_guard<std::mutex> guard(mutex);
-        return recorded;
+        // A real copy: implicit sharing would look like a race to ThreadSanitizer.
+        QVector<Line> copy;
+        for (const Line& line : recorded)
+            copy.append(line);
+        return copy;
     }
 
     /// The lines that begin with @p start.
@@ -88,7 +93,7 @@ private:
     void record(QtMsgType type, const QString& text)
     {
         std::unique_lock<std::mutex> lock(mutex);
-        recorded.append({type, text, clock.elapsed()});
+        recorded.push_back({type, text, clock.elapsed()});
         released.wait(lock, [&] { return heldStart.isEmpty() || !text.startsWith(heldStart); });
     }
 
@@ -98,6 +103,6 @@ private:
     QElapsedTimer clock;
     std::mutex mutex;
     std::condition_variable released;
-    QVector<Line> recorded;
+    std::vector<Line> recorded;
     QString heldStart;
 };

@@ -59,8 +59,8 @@ private:
     std::unique_ptr<LogRecorder> log;
     QString oldDirectory = QDir::currentPath();
     QByteArray oldPath = qgetenv("PATH");
-    // Kept to the end of the process, as their process objects are.
-    inline static std::vector<std::unique_ptr<AnnotoraSDKHelper>> helpers;
+    // Never deleted, as their process objects are.
+    inline static auto* helpers = new std::vector<AnnotoraSDKHelper*>;
 };
 
 void TestAnnotoraSdkHelper::init()
@@ -81,8 +81,8 @@ void TestAnnotoraSdkHelper::cleanup()
 
 AnnotoraSDKHelper& TestAnnotoraSdkHelper::newHelper()
 {
-    helpers.push_back(std::make_unique<AnnotoraSDKHelper>());
-    return *helpers.back();
+    helpers->push_back(new AnnotoraSDKHelper);
+    return *helpers->back();
 }
 
 void TestAnnotoraSdkHelper::onlyRegularFilesExist()

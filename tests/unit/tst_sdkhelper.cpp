@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <memory>
+#include <thread>
 
 /// Runs the one supervisor of the process against engines and tools that are small scripts beside
 /// the test program. They append what happens to a journal: "start PID", "tool LETTER".
@@ -261,7 +262,7 @@ void TestSdkHelper::standardErrorDoesNotPileUp()
     dup2(saved, STDERR_FILENO);
     close(saved);
     qint64 forwarded = 0;
-    std::unique_ptr<QThread> drain(QThread::create([&] {
+    std::thread drain([&] {
         char buffer[65536];
         while (forwarded < 50000000) {
             const ssize_t count = read(ends[0], buffer, sizeof buffer);
@@ -269,13 +270,16 @@ void TestSdkHelper::standardErrorDoesNotPileUp()
                 break;
             forwarded += count;
         }
-    }));
-    drain->start();
-    QTRY_COMPARE_WITH_TIMEOUT(log->count(QStringLiteral("[vireon] \"done")), 1, patienceMs);
-    QVERIFY(drain->wait(patienceMs));
+    });
+    const bool done = QTest::qWaitFor(
+        [&] { return log->count(QStringLiteral("[vireon] \"done")) == 1; }, patienceMs);
+    const auto after = residentMb();
+    sdk->stopVireon(); // the pipe's other end closes
+    drain.join();
     close(ends[0]);
+    QVERIFY(done);
     QCOMPARE(forwarded, Q_INT64_C(50000000));
-    QVERIFY2(residentMb() - before < 30, "the process object has kept the engine's errors");
+    QVERIFY2(after - before < 30, "the process object has kept the engine's errors");
 }
 
 // --- Commands ---------------------------------------------------------------------------------

@@ -99,10 +99,11 @@ TestSettingsStart::Result TestSettingsStart::run(const QStringList& actions)
     result.log = process.readAllStandardError().trimmed().split('\n');
     for (const QByteArray& line : process.readAllStandardOutput().split('\n')) {
         const int sign = line.indexOf('=');
-        if (sign > 0)
+        if (sign > 0) {
             result.fields.insert(line.left(sign), line.mid(sign + 1));
-        else
+        } else {
             result.output << line;
+        }
     }
     return result;
 }
@@ -263,7 +264,7 @@ void TestSettingsStart::namesAndNumbersInEveryLocale_data()
 /// The directory in which the C library finds the locale @p name, made for this test.
 QString TestSettingsStart::generateLocale(const QString& name)
 {
-    const QString locales = QDir::currentPath() + "/locales";
+    QString locales = QDir::currentPath() + "/locales";
     QDir().mkpath(locales);
     const QString source = name.section('.', 0, 0);
     const QStringList arguments {"-i", source, "-f", "UTF-8", locales + '/' + name};

@@ -92,6 +92,8 @@ private slots:
     void saveToReadOnlyFileDoesNothing();
     void saveFollowsALink();
 
+    void fuzzerSeedsSurviveASave_data();
+    void fuzzerSeedsSurviveASave();
     void logTellsWhatWasLoaded();
 
 private:
@@ -620,6 +622,30 @@ void TestUserSettings::saveFollowsALink()
     freshSettings()->saveUserSettings();
     QVERIFY(QFileInfo(file).isSymLink());
     QCOMPARE(saved(), defaultLines().join('\n') + '\n');
+}
+
+void TestUserSettings::fuzzerSeedsSurviveASave_data()
+{
+    QTest::addColumn<QString>("seed");
+    const QDir seeds(VIREON_SOURCE_DIR "/tests/fuzz/seeds/usersettings");
+    const QFileInfoList files = seeds.entryInfoList(QDir::Files);
+    QVERIFY(!files.isEmpty());
+    for (const QFileInfo& seed : files)
+        QTest::newRow(qPrintable(seed.fileName())) << seed.filePath();
+}
+
+void TestUserSettings::fuzzerSeedsSurviveASave()
+{
+    QFETCH(QString, seed);
+    QVERIFY(QFile::copy(seed, file));
+    const auto settings = freshSettings();
+    settings->loadUserSettings();
+    settings->saveUserSettings();
+    const QByteArray text = saved();
+    QCOMPARE(text.count('\n'), 15);
+    settings->loadUserSettings();
+    settings->saveUserSettings();
+    QCOMPARE(saved(), text);
 }
 
 void TestUserSettings::logTellsWhatWasLoaded()

@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <thread>
 
 /// The slots that the tests let run.
 class Receiver : public QObject
@@ -25,9 +26,9 @@ public slots:
     void work()
     {
         lastThread = QThread::currentThread();
-        connect(
-            QThread::currentThread(), &QObject::destroyed, this, [this] { ++threadsEnded; },
-            Qt::DirectConnection);
+        // By name: a functor's slot object would be freed on another thread than its maker's.
+        connect(QThread::currentThread(), SIGNAL(destroyed()), this, SLOT(countEnd()),
+                Qt::DirectConnection);
         ++runs;
     }
 
@@ -36,6 +37,8 @@ public slots:
         lastArg = arg;
         ++runs;
     }
+
+    void countEnd() { ++threadsEnded; }
 
     void meet()
     {
@@ -127,15 +130,11 @@ void TestWorkerThread::sleepLastsItsTime()
 
 void TestWorkerThread::stopEndsSleepsForGood()
 {
-    class Sleeper : public QThread
-    {
-        void run() override { WorkerThread::msleep(600 * 1000); }
-    } sleeper;
-    sleeper.start();
+    std::thread sleeper([] { WorkerThread::msleep(600 * 1000); });
     QVERIFY(!WorkerThread::isStopping());
     WorkerThread::stopAll();
     QVERIFY(WorkerThread::isStopping());
-    QVERIFY(sleeper.wait(20000));
+    sleeper.join();
     WorkerThread::msleep(600 * 1000);
     QVERIFY(WorkerThread::waitForAll(20000));
 }

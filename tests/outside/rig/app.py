@@ -75,7 +75,7 @@ class App:
         })
         if self.scenario_path.exists():
             variables["VIREON_SIM_SCENARIO"] = str(self.scenario_path)
-        variables.update(self._sanitizer_options())
+        variables.update(processes.sanitizer_options(self.directory))
         variables.update(self._environment)
         return {name: value for name, value in variables.items() if value is not None}
 
@@ -223,12 +223,3 @@ class App:
         for name in _PROGRAMS:
             shutil.copy2(os.path.join(built, name), self.programs / name)
         shutil.copytree(os.path.join(built, "config"), self.programs / "config")
-
-    def _sanitizer_options(self):
-        """The sanitizers' own variables, with their reports sent to a file beside the logs."""
-        options = {}
-        for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"):
-            given = os.environ.get(name)
-            place = f"log_path='{self.directory / 'sanitizer'}'"
-            options[name] = f"{given}:{place}" if given else place
-        return options

@@ -68,6 +68,11 @@ class Desktop:
         """The desktop's own processes."""
         return [process.pid for process in self._processes]
 
+    def start(self, *command):
+        """Starts one more part of it, such as a panel, which ends with the desktop; its process."""
+        self._start(*command)
+        return self._processes[-1]
+
     def click(self, x, y):
         self.run("xdotool", "mousemove", x, y, "click", 1)
 

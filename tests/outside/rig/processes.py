@@ -88,6 +88,16 @@ def end(pid, patience=10.0):
             time.sleep(0.02)
 
 
+def sanitizer_options(directory):
+    """The sanitizers' own variables, with their reports sent to files in this directory."""
+    options = {}
+    for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"):
+        given = os.environ.get(name)
+        place = f"log_path='{directory / 'sanitizer'}'"
+        options[name] = f"{given}:{place}" if given else place
+    return options
+
+
 def wait_for(condition, timeout=PATIENCE, what=None, interval=0.03):
     """The first true result of condition(); fails when the time is up."""
     deadline = time.monotonic() + timeout

@@ -1,0 +1,35 @@
+#include "desktop.h"
+
+#include <QtGlobal>
+
+namespace {
+
+const char* const variable = "XDG_CURRENT_DESKTOP";
+
+} // namespace
+
+bool isUnityDesktop()
+{
+    return qgetenv(variable).toLower() == "unity";
+}
+
+GtkThemeBlocker::GtkThemeBlocker()
+{
+    if (!isUnityDesktop())
+        return;
+    hiddenName = qgetenv(variable);
+    qputenv(variable, "none");
+}
+
+GtkThemeBlocker::~GtkThemeBlocker()
+{
+    restore();
+}
+
+void GtkThemeBlocker::restore()
+{
+    if (hiddenName.isEmpty())
+        return;
+    qputenv(variable, hiddenName);
+    hiddenName.clear();
+}

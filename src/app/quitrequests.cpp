@@ -1,0 +1,57 @@
+#include "quitrequests.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QSocketNotifier>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+int wakeUpPipe[2] = {-1, -1};
+
+void wakeUp(int)
+{
+    const int savedErrno = errno;
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = write(wakeUpPipe[1], &byte, 1);
+    errno = savedErrno;
+}
+
+/// Several signals in a row are one request.
+void drainPipe()
+{
+    char bytes[64];
+    while (read(wakeUpPipe[0], bytes, sizeof bytes) > 0) { }
+}
+
+} // namespace
+
+QuitRequests::QuitRequests(QObject* parent)
+    : QObject(parent)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+    if (pipe2(wakeUpPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(wakeUpPipe[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        drainPipe();
+        emit quitRequested();
+    });
+    struct sigaction action = {};
+    action.sa_handler = wakeUp;
+    action.sa_flags = SA_RESTART;
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+        sigaction(number, &action, nullptr);
+}
+
+bool QuitRequests::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != QCoreApplication::instance() || event->type() != QEvent::Quit)
+        return false;
+    emit quitRequested();
+    return true;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+
+/**
+ * Brings the ways in which the system asks the program to end to one Qt signal.
+ *
+ * These are SIGTERM, SIGINT and SIGHUP, and the event QEvent::Quit that Qt sends to the application
+ * at the end of the session. The handler of the system's signals only writes one byte into a pipe;
+ * all else happens in the event loop. One object per process, made after the application object;
+ * it must outlive the event loop.
+ */
+class QuitRequests : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit QuitRequests(QObject* parent = nullptr);
+
+    /// Takes the application's QEvent::Quit, which would end the event loop at once.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+signals:
+    void quitRequested();
+};

@@ -1,0 +1,103 @@
+"""Messages without a tray, as the notification service takes them."""
+
+import signal
+
+import pytest
+
+from rig import wait_for
+
+SERVICE = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
+QUICK_MS = 1000
+NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
+
+
+@pytest.fixture
+def daemon(desktop, bus):
+    """A notification service that keeps what it is told."""
+    daemon = desktop.start("/usr/bin/python3", "-m", "dbusmock", "--session",
+                           "--template", "notification_daemon")
+    bus.wait_for_owner(SERVICE[0])
+    return daemon
+
+
+@pytest.fixture
+def notifier(subject):
+    return subject("notifiersubject").ready()
+
+
+def do(notifier, *words):
+    """Tells it what to do, which must not take any time."""
+    said, duration = notifier.ask(*words).split()
+    assert said == "done" and int(duration) < QUICK_MS
+
+
+def calls(bus, count):
+    """The first `count` calls of the service: (method, arguments)."""
+    wait_for(lambda: len(bus.mock_calls(*SERVICE)) >= count, what=f"{count} calls")
+    found = bus.mock_calls(*SERVICE)
+    assert len(found) == count
+    return found
+
+
+def test_message_is_shown_for_five_seconds(bus, daemon, notifier):
+    do(notifier, "show", "Vireon", "Läuft im Hintergrund 実行中")
+    ((method, arguments),) = calls(bus, 1)
+    assert method == "Notify"
+    assert arguments == ["Vireon", 0, "/usr/local/bin/Vireon/Corvanthel.png", "Vireon",
+                         "Läuft im Hintergrund 実行中", [],
+                         {"desktop-entry": "com.corvanthel.Vireon"}, 5000]
+
+
+def test_messages_keep_their_order(bus, daemon, notifier):
+    for text in "ABC":
+        do(notifier, "show", "Vireon", text)
+    assert [arguments[4] for _, arguments in calls(bus, 3)] == list("ABC")
+
+
+def test_last_message_is_closed(bus, daemon, notifier):
+    for text in "AB":
+        do(notifier, "show", "Vireon", text)
+    calls(bus, 2)
+    do(notifier, "close")
+    do(notifier, "close")
+    do(notifier, "show", "Vireon", "C")
+    found = calls(bus, 4)
+    assert found[2] == ("CloseNotification", [2])
+    assert found[3][1][4] == "C"
+
+
+def test_message_is_closed_before_its_number_is_known(bus, daemon, notifier):
+    daemon.send_signal(signal.SIGSTOP)
+    do(notifier, "show", "Vireon", "A")
+    do(notifier, "showclose", "Vireon", "B")
+    do(notifier, "show", "Vireon", "C")
+    daemon.send_signal(signal.SIGCONT)
+    found = calls(bus, 4)
+    assert [arguments[4] for method, arguments in found if method == "Notify"] == list("ABC")
+    assert [arguments for method, arguments in found if method == "CloseNotification"] == [[2]]
+
+
+def test_closing_without_a_message_does_nothing(bus, daemon, notifier):
+    do(notifier, "close")
+    do(notifier, "show", "Vireon", "A")
+    assert calls(bus, 1)[0][0] == "Notify"
+
+
+def test_stopped_service_holds_nothing_up(bus, daemon, notifier):
+    daemon.send_signal(signal.SIGSTOP)
+    for text in "AB":
+        do(notifier, "show", "Vireon", text)
+    do(notifier, "close")
+    notifier.send("leave")
+    assert notifier.process.wait(20) == 0
+    daemon.send_signal(signal.SIGCONT)
+    assert [arguments[4] for _, arguments in calls(bus, 2)] == list("AB")
+
+
+@pytest.mark.parametrize("environment", [None, NO_BUS])
+def test_missing_service_is_no_matter(subject, environment):
+    notifier = subject("notifiersubject", environment=environment).ready()
+    do(notifier, "show", "Vireon", "A")
+    do(notifier, "close")
+    do(notifier, "showclose", "Vireon", "B")
+    assert notifier.is_running() and notifier.log() == []

@@ -1,0 +1,30 @@
+// Messages through the notification service: notifiersubject. It says "ready" and obeys lines on
+// standard input, whose words are separated by tabs; it answers each "done MS", with the time the
+// call took:
+//   show SUMMARY BODY
+//   close
+//   showclose SUMMARY BODY   both at once
+//   leave                    ends it, by way of all destructors
+#include "ui/desktopnotifier.h"
+#include "words.h"
+
+#include <QElapsedTimer>
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    DesktopNotifier notifier;
+    const Words words([&](const QStringList& line) {
+        QElapsedTimer clock;
+        clock.start();
+        if (line.first().startsWith("show"))
+            notifier.showMessage(line.value(1), line.value(2));
+        if (line.first().endsWith("close"))
+            notifier.closeMessage();
+        if (line.first() == "leave")
+            QCoreApplication::quit();
+        Words::say(QString("done %1").arg(clock.elapsed()));
+    });
+    Words::say("ready");
+    return QCoreApplication::exec();
+}

@@ -1,0 +1,31 @@
+// Two copies of a program on the session bus.
+//   servicesubject first    exports the interface, says "ready", and "activated ID" for each call
+//   servicesubject second   makes its application object, calls the first copy, and says
+//                           "answered MS" or "unanswered MS", with the time the call took
+#include "app/applicationservice.h"
+#include "words.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+
+int main(int argc, char** argv)
+{
+    const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID");
+    const QGuiApplication application(argc, argv);
+    if (QGuiApplication::arguments().value(1) == "second") {
+        QElapsedTimer clock;
+        clock.start();
+        const bool answered = ApplicationService::activateOther(startupId);
+        Words::say(QString("%1 %2").arg(answered ? "answered" : "unanswered").arg(clock.elapsed()));
+        _exit(0);
+    }
+    ApplicationService service;
+    QObject::connect(&service, &ApplicationService::activateRequested,
+                     [](const QString& id) { Words::say("activated " + id); });
+    QElapsedTimer clock;
+    clock.start();
+    service.start();
+    const Words words([](const QStringList&) { _exit(0); });
+    Words::say(QString("ready %1").arg(clock.elapsed()));
+    return QGuiApplication::exec();
+}
