@@ -1,5 +1,6 @@
 #include "app/fonts.h"
 
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QtTest>
 
