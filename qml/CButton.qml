@@ -25,7 +25,7 @@ Rectangle {
 
     color: "transparent"
     height: 35
-    width: content.width + (isSmall ? 20 : 40)
+    width: Math.ceil(content.width) + (isSmall ? 20 : 40)
     opacity: isDisabled ? Theme.disabledOpacity : 1.0
     activeFocusOnTab: true
 

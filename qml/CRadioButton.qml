@@ -24,7 +24,7 @@ Rectangle {
 
     color: "#01ffffff"
     height: 35
-    width: buttonContent.width + 20
+    width: Math.ceil(buttonContent.width) + 20
     opacity: isDisabled ? Theme.disabledOpacity : 1.0
     activeFocusOnTab: true
 

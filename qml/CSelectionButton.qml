@@ -27,7 +27,7 @@ Rectangle {
 
     color: "transparent"
     height: 35
-    width: buttonContent.width + 30
+    width: Math.ceil(buttonContent.width) + 30
     opacity: isDisabled ? Theme.disabledOpacity : 1.0
     visible: isVisible
     activeFocusOnTab: true

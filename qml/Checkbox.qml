@@ -25,7 +25,7 @@ Rectangle {
 
     color: "transparent"
     height: 35
-    width: box.width + 20
+    width: Math.ceil(box.width) + 20
     activeFocusOnTab: true
 
     Accessible.role: Accessible.CheckBox
