@@ -2,6 +2,7 @@
 #include "desktop.h"
 #include "engine/sdkhelper.h"
 #include "engine/workerthread.h"
+#include "fonts.h"
 #include "quitrequests.h"
 #include "resources.h"
 #include "runguard.h"
@@ -68,6 +69,7 @@ int run(int& argc, char** argv)
     qDebug() << "Start vireon-main";
     QTranslator translator;
     installTranslation(translator);
+    unifyFonts();
     qDebug() << "Create MainWindow";
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");

@@ -10,6 +10,7 @@ ViewTestCase {
     readonly property var densities: [96, 120, 144, 192]
     // What the menu bar takes of the view's height at factor 1.
     readonly property int hidden: 11
+    property int dpi: 96
     property var view
 
     readonly property var scenes: [
@@ -106,6 +107,7 @@ ViewTestCase {
     function recreate() {
         view.destroy();
         view = create("main");
+        view.logicalPixelDensity = view.basePixelDensity * dpi / 96;
         view.versionText = "1.4.121";
         view.status = 1;
         view.finishedLoading = true;
@@ -239,9 +241,10 @@ ViewTestCase {
 
     function test_everythingFits(row) {
         verify(language.choose(row.locale));
+        dpi = row.dpi;
         view = createMain();
+        view.logicalPixelDensity = view.basePixelDensity * dpi / 96;
         row.scene.show();
-        view.logicalPixelDensity = view.basePixelDensity * row.dpi / 96;
         compare(view.height, view.baseHeight * row.dpi / 96);
         verify(view.width <= testCase.width);
         wait(20); // for rows and columns to arrange what has just come to light

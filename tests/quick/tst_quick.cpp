@@ -1,3 +1,4 @@
+#include "app/fonts.h"
 #include "app/resources.h"
 #include "fakecontroller.h"
 #include "testlog.h"
@@ -73,6 +74,11 @@ public slots:
         initResources();
         QLocale::setDefault(QLocale(QStringLiteral("en_US")));
         // The widest font that a desktop may have in place of these: what fits then always fits.
+        // A picture shows what this desktop has.
+        if (qEnvironmentVariableIsSet("VIREON_SHEET")) {
+            unifyFonts();
+            return;
+        }
         for (const char* family : {"Helvetica", "Helvetica Neue", "Poppins", "Tahoma"})
             QFont::insertSubstitution(QLatin1String(family), QStringLiteral("DejaVu Sans"));
     }
