@@ -100,6 +100,106 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
         <source>File</source>
         <translation>Datei</translation>
     </message>
+    <message>
+        <source>&amp;Reload Ccf</source>
+        <translation>CCF &amp;neu laden</translation>
+    </message>
+    <message>
+        <source>Update Firmware</source>
+        <translation>Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Reset</source>
+        <translation>&amp;Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Single Input</source>
+        <translation>&amp;Einzeleingabe</translation>
+    </message>
+    <message>
+        <source>&amp;Multi Input</source>
+        <translation>&amp;Mehrfacheingabe</translation>
+    </message>
+    <message>
+        <source>Troubleshoot</source>
+        <translation>Problembehebung</translation>
+    </message>
+    <message>
+        <source>Video Tutorial</source>
+        <translation>Video-Anleitung</translation>
+    </message>
+    <message>
+        <source>Get Help</source>
+        <translation>Hilfe anfordern</translation>
+    </message>
+    <message>
+        <source>Calibration</source>
+        <translation>Kalibrierung</translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Running in background, you can open and quit the window from the </source>
+        <translation>Läuft im Hintergrund. Sie können das Fenster öffnen und beenden über das </translation>
+    </message>
+    <message>
+        <source>icon-tray.</source>
+        <translation>Symbol in der Taskleiste.</translation>
+    </message>
+    <message>
+        <source>Running in background. Start Vireon again to open the window.</source>
+        <translation>Läuft im Hintergrund. Starten Sie Vireon erneut, um das Fenster zu öffnen.</translation>
+    </message>
+    <message>
+        <source>Vireon not calibrated. Please Calibrate!</source>
+        <translation>Vireon ist nicht kalibriert. Bitte kalibrieren!</translation>
+    </message>
+    <message>
+        <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
+        <translation>Die Firmware der Kameraeinheit ist veraltet. Bitte klicken Sie in der Taskleiste auf „Datei“, um sie zu aktualisieren.</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
+        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, lesen Sie bitte die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link und klicken Sie unten auf „Start“. Damit öffnet sich das Aktualisierungsprogramm. Wählen Sie die Datei „firmware.iic“ aus Ihrem Installationsordner.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Anleitung: &lt;a href='%4'&gt;Hier herunterladen.&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
+        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, halten Sie bitte einen Windows-Computer bereit und lesen Sie die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link.&lt;br&gt;&lt;br&gt;Anleitung: </translation>
+    </message>
+    <message>
+        <source>Download here.</source>
+        <translation>Hier herunterladen.</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Calibration is paused! Mouse/Touch will not work</source>
+        <translation>Die Kalibrierung ist angehalten! Maus und Touch funktionieren nicht</translation>
+    </message>
+    <message>
+        <source>Calibration resumed</source>
+        <translation>Kalibrierung fortgesetzt</translation>
+    </message>
+    <message>
+        <source>Single Input(Mouse) mode is active</source>
+        <translation>Einzeleingabe (Maus) ist aktiv</translation>
+    </message>
+    <message>
+        <source>Multi Input (Touch) mode is active</source>
+        <translation>Mehrfacheingabe (Touch) ist aktiv</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

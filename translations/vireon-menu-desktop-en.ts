@@ -100,6 +100,106 @@ at 60Hz refresh rate or more.</translation>
         <source>File</source>
         <translation>File</translation>
     </message>
+    <message>
+        <source>&amp;Reload Ccf</source>
+        <translation>&amp;Reload Ccf</translation>
+    </message>
+    <message>
+        <source>Update Firmware</source>
+        <translation>Update Firmware</translation>
+    </message>
+    <message>
+        <source>&amp;Reset</source>
+        <translation>&amp;Reset</translation>
+    </message>
+    <message>
+        <source>&amp;Single Input</source>
+        <translation>&amp;Single Input</translation>
+    </message>
+    <message>
+        <source>&amp;Multi Input</source>
+        <translation>&amp;Multi Input</translation>
+    </message>
+    <message>
+        <source>Troubleshoot</source>
+        <translation>Troubleshoot</translation>
+    </message>
+    <message>
+        <source>Video Tutorial</source>
+        <translation>Video Tutorial</translation>
+    </message>
+    <message>
+        <source>Get Help</source>
+        <translation>Get Help</translation>
+    </message>
+    <message>
+        <source>Calibration</source>
+        <translation>Calibration</translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation>Input</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+    <message>
+        <source>Running in background, you can open and quit the window from the </source>
+        <translation>Running in background, you can open and quit the window from the </translation>
+    </message>
+    <message>
+        <source>icon-tray.</source>
+        <translation>icon-tray.</translation>
+    </message>
+    <message>
+        <source>Running in background. Start Vireon again to open the window.</source>
+        <translation>Running in background. Start Vireon again to open the window.</translation>
+    </message>
+    <message>
+        <source>Vireon not calibrated. Please Calibrate!</source>
+        <translation>Vireon not calibrated. Please Calibrate!</translation>
+    </message>
+    <message>
+        <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
+        <translation>Camera unit firmware is old version. Please click 'File' in the task bar to update it.</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
+        <translation>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click 'Start' button below. This will open the firmware updater. Select the file 'firmware.iic' from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href='%4'&gt;Download here.&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
+        <translation>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </translation>
+    </message>
+    <message>
+        <source>Download here.</source>
+        <translation>Download here.</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>Calibration is paused! Mouse/Touch will not work</source>
+        <translation>Calibration is paused! Mouse/Touch will not work</translation>
+    </message>
+    <message>
+        <source>Calibration resumed</source>
+        <translation>Calibration resumed</translation>
+    </message>
+    <message>
+        <source>Single Input(Mouse) mode is active</source>
+        <translation>Single Input(Mouse) mode is active</translation>
+    </message>
+    <message>
+        <source>Multi Input (Touch) mode is active</source>
+        <translation>Multi Input (Touch) mode is active</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

@@ -100,6 +100,106 @@ at 60Hz refresh rate or more.</source>
         <source>File</source>
         <translation>ファイル</translation>
     </message>
+    <message>
+        <source>&amp;Reload Ccf</source>
+        <translation>CCFを再読み込み(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Update Firmware</source>
+        <translation>ファームウェアの更新</translation>
+    </message>
+    <message>
+        <source>&amp;Reset</source>
+        <translation>リセット(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Single Input</source>
+        <translation>シングル入力(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Multi Input</source>
+        <translation>マルチ入力(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Troubleshoot</source>
+        <translation>トラブルシューティング</translation>
+    </message>
+    <message>
+        <source>Video Tutorial</source>
+        <translation>ビデオチュートリアル</translation>
+    </message>
+    <message>
+        <source>Get Help</source>
+        <translation>サポートを受ける</translation>
+    </message>
+    <message>
+        <source>Calibration</source>
+        <translation>調整</translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation>入力</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>ヘルプ</translation>
+    </message>
+    <message>
+        <source>Running in background, you can open and quit the window from the </source>
+        <translation>バックグラウンドで動作しています。ウィンドウを開く、または終了するには次を使用してください: </translation>
+    </message>
+    <message>
+        <source>icon-tray.</source>
+        <translation>通知領域のアイコン。</translation>
+    </message>
+    <message>
+        <source>Running in background. Start Vireon again to open the window.</source>
+        <translation>バックグラウンドで動作しています。ウィンドウを開くには、もう一度Vireonを起動してください。</translation>
+    </message>
+    <message>
+        <source>Vireon not calibrated. Please Calibrate!</source>
+        <translation>Vireonは調整されていません。調整してください！</translation>
+    </message>
+    <message>
+        <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
+        <translation>カメラユニットのファームウェアが古いバージョンです。更新するには、タスクバーの「ファイル」をクリックしてください。</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
+        <translation>新しいファームウェア（Ver. %1）が利用できます（現在のバージョンはVer. %2です）。&lt;br&gt;&lt;br&gt;調整データを%3に保存できるようになります。更新する場合は、下記のウェブサイトのリンクからファームウェア更新マニュアルをご覧になり、下の「開始」ボタンをクリックしてください。ファームウェア更新ツールが開きます。インストールフォルダーから「firmware.iic」ファイルを選択してください。&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;マニュアル: &lt;a href='%4'&gt;こちらからダウンロード&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
+        <translation>新しいファームウェア（Ver. %1）が利用できます（現在のバージョンはVer. %2です）。&lt;br&gt;&lt;br&gt;調整データを%3に保存できるようになります。更新する場合は、Windowsコンピューターを用意し、下記のウェブサイトのリンクからファームウェア更新マニュアルをご覧ください。&lt;br&gt;&lt;br&gt;マニュアル: </translation>
+    </message>
+    <message>
+        <source>Download here.</source>
+        <translation>こちらからダウンロード</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>開始</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>終了</translation>
+    </message>
+    <message>
+        <source>Calibration is paused! Mouse/Touch will not work</source>
+        <translation>調整を一時停止しました。マウス／タッチは動作しません</translation>
+    </message>
+    <message>
+        <source>Calibration resumed</source>
+        <translation>調整を再開しました</translation>
+    </message>
+    <message>
+        <source>Single Input(Mouse) mode is active</source>
+        <translation>シングル入力（マウス）モードが有効です</translation>
+    </message>
+    <message>
+        <source>Multi Input (Touch) mode is active</source>
+        <translation>マルチ入力（タッチ）モードが有効です</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

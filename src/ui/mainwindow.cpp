@@ -445,11 +445,11 @@ QString MainWindow::appName()
 
 // --- Mouse and touch --------------------------------------------------------------------------
 
-void MainWindow::mousePressEvent(QMouseEvent* ev)
+void MainWindow::mouseReleaseEvent(QMouseEvent* ev)
 {
+    QQuickView::mouseReleaseEvent(ev);
     window->activateWindow();
     container->setFocus(Qt::MouseFocusReason);
-    QQuickView::mousePressEvent(ev);
 }
 
 void MainWindow::touchEvent(QTouchEvent* ev)

@@ -164,9 +164,10 @@ private slots:
     void wasteCpu();
 
 protected:
-    /// Also makes the top-level window active, which some window managers do not do for a press
-    /// in a view inside it: keys would be lost.
-    void mousePressEvent(QMouseEvent* ev) override;
+    /// Also makes the top-level window active, which some window managers do not do for a click in
+    /// a view inside it: keys would be lost. Only after the click, which a change of the active
+    /// window would cancel.
+    void mouseReleaseEvent(QMouseEvent* ev) override;
 
 private:
     // The steps of the construction, in their order.
