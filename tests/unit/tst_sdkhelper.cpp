@@ -1,5 +1,6 @@
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
+#include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
 
@@ -45,6 +46,7 @@ private slots:
     // Endings; each leaves the counters of the supervisor behind
     void pendingCommandIsSentAgainThreeTimes();
     void thirtySeventhExitIsTheLast();
+    void cleanupTestCase();
 
 private:
     void installEngine(const QByteArray& script);
@@ -446,6 +448,14 @@ void TestSdkHelper::thirtySeventhExitIsTheLast()
     QTest::qWait(500);
     QCOMPARE(journal(QStringLiteral("start")).size(), 37);
     QCOMPARE(verdicts.count(), 1);
+}
+
+void TestSdkHelper::cleanupTestCase()
+{
+    // No worker may outlive what it logs to and reads from.
+    WorkerThread::stopAll();
+    QVERIFY(WorkerThread::waitForAll(patienceMs));
+    log.reset();
 }
 
 QTEST_GUILESS_MAIN(TestSdkHelper)

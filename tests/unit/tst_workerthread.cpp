@@ -79,6 +79,7 @@ void TestWorkerThread::slotWithoutParametersRunsOnceAndAllIsDeleted()
     QVERIFY(receiver.lastThread != QThread::currentThread());
     QCOMPARE(receiver.thread(), QThread::currentThread());
     QTRY_VERIFY(threadCount() <= threadsBefore);
+    QVERIFY(WorkerThread::waitForAll(20000));
 }
 
 void TestWorkerThread::slotGetsTheArgument()
@@ -87,6 +88,7 @@ void TestWorkerThread::slotGetsTheArgument()
     WorkerThread::doWork(&receiver, SLOT(workWith(int)), 18);
     QTRY_COMPARE(receiver.runs.load(), 1);
     QCOMPARE(receiver.lastArg.load(), 18);
+    QVERIFY(WorkerThread::waitForAll(20000));
 }
 
 void TestWorkerThread::twoCallsRunSideBySide()
@@ -116,6 +118,7 @@ void TestWorkerThread::stepsAreLogged()
     Receiver receiver;
     WorkerThread::doWork(&receiver, SLOT(work()), -1);
     QTRY_COMPARE(receiver.threadsEnded.load(), 1);
+    QVERIFY(WorkerThread::waitForAll(20000));
     QCOMPARE(log.count(QStringLiteral("Do work")), 1);
     QCOMPARE(log.count(QStringLiteral("Thread run")), 1);
 }
