@@ -45,7 +45,6 @@ Rectangle {
         id: popup
 
         anchors.centerIn: parent
-        anchors.verticalCenterOffset: -margin / 2
         width: Math.ceil(Math.max(rates.width, notice.width + 20 + okBtn.width)) + 40
         height: Math.ceil(rates.height + notice.height) + 30
         radius: 5

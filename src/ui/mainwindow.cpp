@@ -7,9 +7,11 @@
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
 #include "linuxtrayiconmanager.h"
+#include "looks.h"
 #include "mywidget.h"
 #include "settings/globalsettings.h"
 #include "ui/supportaddresses.h"
+#include "ui/viewcolours.h"
 
 #include <QAction>
 #include <QBoxLayout>
@@ -173,6 +175,8 @@ void MainWindow::createTrayIcon(const QString& exitText)
 void MainWindow::loadView()
 {
     qDebug() << "load main.qml";
+    // What the view does not cover: nothing flashes up before its first picture.
+    setColor(QLatin1String(ViewColours::surface));
     setSource(QUrl(QStringLiteral("qrc:/qml/main.qml")));
     if (rootObject())
         return;
@@ -203,6 +207,8 @@ void MainWindow::createWindow()
 
     window = new MyWidget;
     auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, window);
+    // The view fills the window. What is left below it is for the menu bar.
+    layout->setContentsMargins(0, 0, 0, menuBarHeight());
     layout->addWidget(container);
     window->setWindowTitle(appTitle);
     window->adjustSize();
@@ -226,6 +232,7 @@ void MainWindow::installMenuBar()
     createActions();
     menuBar = new QMenuBar;
     createMenus();
+    window->layout()->setContentsMargins(0, 0, 0, 0);
     window->layout()->setMenuBar(menuBar);
     // Without this the menu bar's height would raise the minimum above the fixed size.
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
