@@ -21,10 +21,9 @@ QMenuBar::item:selected { background: @raised@; }
 QMenuBar::item:pressed { background: @secondary900@; }
 QMenuBar::item:disabled { color: @dimmed@; }
 QMenu { background: @raised@; color: white; border: 1px solid @line@; padding: 0.3em; }
-QMenu::item { padding: 0.55em 2em 0.55em 1em; border: 1px solid transparent; border-radius: 3px; }
+QMenu::item { padding: 0.6em 2em 0.6em 1em; border-radius: 3px; }
 QMenu::item:selected { background: @secondary900@; }
 QMenu::item:disabled { color: @dimmed@; }
-QMenu::item:disabled:selected { background: transparent; border-color: @line@; }
 QMenu::separator { height: 1px; background: @line@; margin: 0.3em 1em; }
 QPushButton { background: @secondary900@; color: white; border: 2px solid transparent;
               border-radius: 3px; padding: 0.5em 1.5em; min-width: 4em; }

@@ -4,11 +4,13 @@
 #include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
+#include "ui/looks.h"
 #include "ui/mainwindow.h"
 #include "ui/mywidget.h"
 
 #include <QAction>
 #include <QGraphicsSceneMouseEvent>
+#include <QLayout>
 #include <QMenuBar>
 #include <QQmlContext>
 #include <QQuickItem>
@@ -31,6 +33,8 @@ private slots:
     void showsItselfWhenBuilt();
     void viewKnowsTheControllersObjects();
     void windowKeepsItsSizeWithTheMenuBar();
+    void viewFillsTheWindowBelowTheMenuBar();
+    void windowHasTheColourOfTheView();
     void isTouchIsTheNegationOfTheSetting();
     void brandHasItsCode_data();
     void brandHasItsCode();
@@ -94,6 +98,7 @@ void TestMainWindow::initTestCase()
     settings->mcCachePath = folder.filePath(QStringLiteral("mcCache")).toStdString();
     settings->userIniPath = folder.filePath(QStringLiteral("user.ini")).toStdString();
     log = std::make_unique<LogRecorder>();
+    applyLooks();
     view =
         new MainWindow(QStringLiteral("Open"), QStringLiteral("Exit"), QStringLiteral("1.4.121"));
 }
@@ -135,6 +140,27 @@ void TestMainWindow::windowKeepsItsSizeWithTheMenuBar()
     const auto* bar = topLevel()->findChild<QMenuBar*>();
     QVERIFY(bar);
     QVERIFY(bar->isVisible());
+}
+
+void TestMainWindow::viewFillsTheWindowBelowTheMenuBar()
+{
+    const QRect bar = topLevel()->findChild<QMenuBar*>()->geometry();
+    QCOMPARE(bar.topLeft(), QPoint(0, 0));
+    QCOMPARE(bar.width(), topLevel()->width());
+    const QRect below(0, bar.height(), bar.width(), topLevel()->height() - bar.height());
+    QCOMPARE(topLevel()->layout()->itemAt(0)->geometry(), below);
+    const QQuickItem* root = view->rootObject();
+    QCOMPARE(below.size(), QSize(qFloor(root->width()), qFloor(root->height())));
+}
+
+void TestMainWindow::windowHasTheColourOfTheView()
+{
+    const auto colour = view->rootObject()->property("color").value<QColor>();
+    QCOMPARE(view->color(), colour);
+    QCOMPARE(topLevel()->palette().color(QPalette::Window), colour);
+    // Where the bar has no entry.
+    const QImage window = topLevel()->grab().toImage();
+    QCOMPARE(window.pixelColor(window.width() - 5, 5), colour);
 }
 
 void TestMainWindow::isTouchIsTheNegationOfTheSetting()
