@@ -358,6 +358,7 @@ Rectangle {
                         id: statusLine
 
                         anchors.centerIn: parent
+                        anchors.verticalCenterOffset: lineCount > 1 ? -6 : 0
                         width: parent.width - 2 * (margin + statusGlyph.width)
                         height: 70
                         color: "white"
@@ -379,8 +380,10 @@ Rectangle {
                     Text {
                         id: statusGlyph
 
-                        anchors { right: statusLine.left; rightMargin: (statusLine.contentWidth - statusLine.width) / 2; verticalCenter: parent.verticalCenter }
+                        anchors { right: statusLine.left; rightMargin: (statusLine.contentWidth - statusLine.width) / 2; verticalCenter: statusLine.verticalCenter }
                         width: 45
+                        rightPadding: 12
+                        horizontalAlignment: Text.AlignRight
                         color: root.isReady ? Colors.secondary500 : "white"
                         font.family: fontAwesome.name
                         font.pixelSize: 32

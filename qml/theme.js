@@ -8,5 +8,5 @@ var line = "#4c6580"; // around and between what is raised
 var hovered = "#005896"; // a button below the mouse, darker so that a lighter layer can lie on it
 var pressed = "#004270";
 var dimmed = "#9fb0c2"; // text that can not be chosen now
-var scrim = "#eb121a23"; // over the window while a dialog is open
+var scrim = "#121a23"; // around a dialog that covers the window
 var disabledOpacity = 0.6;

@@ -91,7 +91,7 @@ ViewTestCase {
         { tag: "25-rate-warning", show: function() {
             report(view, 0);
             view.showFreqPopup();
-            wait(100);
+            wait(sheetFolder === "" ? 20 : 2000); // for a picture in which the two rates differ
         } },
         { tag: "26-ratio-warning", show: function() { warnOfRatio(); } },
         { tag: "27-ratio-settings", show: function() {
@@ -220,6 +220,49 @@ ViewTestCase {
 
     function save(path) {
         verify(camera.save(view, view.width, view.height, path), path);
+    }
+
+    function opacityOf(item) {
+        var opacity = 1;
+        for (var parent = item; parent && parent !== view; parent = parent.parent)
+            opacity *= parent.opacity;
+        return opacity;
+    }
+
+    function isDisabled(item) {
+        for (var parent = item; parent; parent = parent.parent) {
+            if (parent.isDisabled === true && parent.activeFocusOnTab)
+                return true;
+        }
+        return false;
+    }
+
+    function test_everyTextCanBeRead_data() {
+        return scenes;
+    }
+
+    // Those of a disabled control, too, as long as they are told apart from the others.
+    function test_everyTextCanBeRead(scene) {
+        language.choose("en_US");
+        dpi = 96;
+        view = createMain();
+        view.logicalPixelDensity = view.basePixelDensity;
+        scene.show();
+        wait(20);
+        var texts = visibleOnes(function(item) {
+            return item.font !== undefined && item.text.trim() !== "" && isShown(item)
+                && item.enabled;
+        });
+        verify(texts.length > 1);
+        var shown = camera.take(view);
+        texts.forEach(function(item) {
+            var area = box(item);
+            var value = shown.contrastOfText(Qt.rect(area.x, area.y, area.right - area.x, area.bottom - area.y),
+                                              item.color, opacityOf(item));
+            verify(value >= (isDisabled(item) ? 3 : 4.5), value + ": " + describe(item));
+            compare(opacityOf(item) < 1, isDisabled(item), describe(item));
+        });
+        mouseRelease(testCase, 1, 1);
     }
 
     function test_everythingFits_data() {
