@@ -6,6 +6,7 @@
 #include "display/resolutionchangenotifier.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
+#include "keyboardrouter.h"
 #include "linuxtrayiconmanager.h"
 #include "mywidget.h"
 #include "settings/globalsettings.h"
@@ -230,6 +231,7 @@ void MainWindow::installMenuBar()
     // Without this the menu bar's height would raise the minimum above the fixed size.
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     window->setFixedSize(windowSize);
+    new KeyboardRouter(this, window, menuBar, this);
 }
 
 void MainWindow::applyPointerMode()
@@ -448,8 +450,8 @@ QString MainWindow::appName()
 void MainWindow::mouseReleaseEvent(QMouseEvent* ev)
 {
     QQuickView::mouseReleaseEvent(ev);
-    window->activateWindow();
-    container->setFocus(Qt::MouseFocusReason);
+    if (!window->isActiveWindow())
+        window->activateWindow();
 }
 
 void MainWindow::touchEvent(QTouchEvent* ev)
