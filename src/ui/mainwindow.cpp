@@ -222,6 +222,16 @@ void MainWindow::centreWindow()
                  - QPoint((frame.right() - frame.left()) / 2, (frame.bottom() - frame.top()) / 2));
 }
 
+// A window manager shows a window again where it was, be that off a screen that has shrunk.
+void MainWindow::keepOnScreen()
+{
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen->geometry().contains(window->frameGeometry()))
+            return;
+    }
+    centreWindow();
+}
+
 void MainWindow::installMenuBar()
 {
     createActions();
@@ -403,10 +413,12 @@ void MainWindow::onResolutionChanged(int width, int height)
 {
     Q_UNUSED(width)
     Q_UNUSED(height)
-    if (windowVisible) {
+    const bool wasVisible = windowVisible;
+    if (wasVisible)
         hideWindow();
+    keepOnScreen();
+    if (wasVisible)
         showWindow();
-    }
     callRoot("checkAspectRatio");
     if (!ResolutionChangeNotifier::isOptimumFreq())
         callRoot("showFreqPopup");
