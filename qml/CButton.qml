@@ -19,7 +19,7 @@ Rectangle {
     signal submit()
 
     function click() {
-        if (!isDisabled)
+        if (Keyboard.isWithinReach(root) && !isDisabled)
             submit();
     }
 
@@ -31,6 +31,8 @@ Rectangle {
 
     Accessible.role: Accessible.Button
     Accessible.name: btnText.trim()
+    // Qt has no accessible state for it.
+    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
     Accessible.focusable: true
     Accessible.onPressAction: click()
 

@@ -15,7 +15,7 @@ Rectangle {
     signal clicked()
 
     function click() {
-        if (isDisabled)
+        if (isDisabled || !Keyboard.isWithinReach(root))
             return;
         if (canToggle)
             isToggled = true;
@@ -30,6 +30,8 @@ Rectangle {
 
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
+    // Qt has no accessible state for it.
+    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
     Accessible.checkable: true
     Accessible.checked: isToggled
     Accessible.focusable: true

@@ -21,7 +21,7 @@ Rectangle {
     signal clicked()
 
     function click() {
-        if (!isDisabled)
+        if (Keyboard.isWithinReach(root) && !isDisabled)
             clicked();
     }
 
@@ -34,6 +34,8 @@ Rectangle {
 
     Accessible.role: Accessible.Button
     Accessible.name: text.trim()
+    // Qt has no accessible state for it.
+    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
     Accessible.focusable: true
     Accessible.onPressAction: click()
 

@@ -18,6 +18,8 @@ Rectangle {
     signal submit()
 
     function click() {
+        if (!Keyboard.isWithinReach(checkbox))
+            return;
         if (autoToggle)
             isToggled = !isToggled;
         submit();

@@ -17,8 +17,8 @@ QtObject {
     }
 
     function giveBack() {
-        if (previous)
-            previous.forceActiveFocus();
+        // None of the window's items had it if the window was not active.
+        (previous || mainRect).forceActiveFocus();
         previous = null;
     }
 }

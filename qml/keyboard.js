@@ -1,5 +1,11 @@
 .pragma library
 
+// Whether a control can be pressed at all. A screen reader, and a key that still goes to what was
+// hidden, ask also those that nobody sees or that a dialog covers.
+function isWithinReach(item) {
+    return item.visible && item.enabled;
+}
+
 // Whether a key presses the control that has the focus. A key that is held presses once.
 function presses(event) {
     return !event.isAutoRepeat

@@ -166,7 +166,7 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
-        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, lesen Sie bitte die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link und klicken Sie unten auf „Start“. Damit öffnet sich das Aktualisierungsprogramm. Wählen Sie die Datei „firmware.iic“ aus Ihrem Installationsordner.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Anleitung: &lt;a href='%4'&gt;Hier herunterladen.&lt;/a&gt;</translation>
+        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, lesen Sie bitte die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link und klicken Sie unten auf „Start“. Damit öffnet sich das Aktualisierungsprogramm. Wählen Sie die Datei „firmware.iic“ aus Ihrem Installationsordner.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Anleitung: &lt;a href=&apos;%4&apos;&gt;Hier herunterladen.&lt;/a&gt;</translation>
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
@@ -244,6 +244,13 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     <message>
         <source>Correct Offset</source>
         <translation>Versatz korrigieren</translation>
+    </message>
+</context>
+<context>
+    <name>controls</name>
+    <message>
+        <source>Not available now.</source>
+        <translation>Zurzeit nicht verfügbar.</translation>
     </message>
 </context>
 <context>

@@ -162,11 +162,11 @@ at 60Hz refresh rate or more.</translation>
     </message>
     <message>
         <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
-        <translation>Camera unit firmware is old version. Please click 'File' in the task bar to update it.</translation>
+        <translation>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</translation>
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
-        <translation>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click 'Start' button below. This will open the firmware updater. Select the file 'firmware.iic' from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href='%4'&gt;Download here.&lt;/a&gt;</translation>
+        <translation>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</translation>
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
@@ -244,6 +244,13 @@ at 60Hz refresh rate or more.</translation>
     <message>
         <source>Correct Offset</source>
         <translation>Correct Offset</translation>
+    </message>
+</context>
+<context>
+    <name>controls</name>
+    <message>
+        <source>Not available now.</source>
+        <translation>Not available now.</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,7 @@
 #include "display/resolutionchangenotifier.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
+#include "keyboardrouter.h"
 #include "linuxtrayiconmanager.h"
 #include "looks.h"
 #include "mywidget.h"
@@ -227,6 +228,16 @@ void MainWindow::centreWindow()
                  - QPoint((frame.right() - frame.left()) / 2, (frame.bottom() - frame.top()) / 2));
 }
 
+// A window manager shows a window again where it was, be that off a screen that has shrunk.
+void MainWindow::keepOnScreen()
+{
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen->geometry().contains(window->frameGeometry()))
+            return;
+    }
+    centreWindow();
+}
+
 void MainWindow::installMenuBar()
 {
     createActions();
@@ -237,6 +248,7 @@ void MainWindow::installMenuBar()
     // Without this the menu bar's height would raise the minimum above the fixed size.
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
     window->setFixedSize(windowSize);
+    new KeyboardRouter(this, window, menuBar, this);
 }
 
 void MainWindow::applyPointerMode()
@@ -408,10 +420,12 @@ void MainWindow::onResolutionChanged(int width, int height)
 {
     Q_UNUSED(width)
     Q_UNUSED(height)
-    if (windowVisible) {
+    const bool wasVisible = windowVisible;
+    if (wasVisible)
         hideWindow();
+    keepOnScreen();
+    if (wasVisible)
         showWindow();
-    }
     callRoot("checkAspectRatio");
     if (!ResolutionChangeNotifier::isOptimumFreq())
         callRoot("showFreqPopup");
@@ -455,8 +469,8 @@ QString MainWindow::appName()
 void MainWindow::mouseReleaseEvent(QMouseEvent* ev)
 {
     QQuickView::mouseReleaseEvent(ev);
-    window->activateWindow();
-    container->setFocus(Qt::MouseFocusReason);
+    if (!window->isActiveWindow())
+        window->activateWindow();
 }
 
 void MainWindow::touchEvent(QTouchEvent* ev)

@@ -179,6 +179,7 @@ private:
     void writeInitialProperties(const QString& versionText);
     void createWindow();
     void centreWindow();
+    void keepOnScreen();
     void installMenuBar();
     void applyPointerMode();
     void connectStatusSources();

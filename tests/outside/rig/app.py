@@ -148,17 +148,49 @@ class App:
 
     def click(self, name):
         """Clicks the button or menu entry of this name with the mouse."""
-        item = processes.wait_for(lambda: self.clickable(name), what=f"{name!r} to click")
-        self.desktop.click(*item.centre)
+        self.desktop.click(*self.wait_for_control(name).centre)
+
+    def act(self, name, action="Press"):
+        """Has the button or menu entry of this name do it, as a screen reader can."""
+        self.desktop.reader.act(self.wait_for_control(name), action)
 
     def key(self, *keys):
+        """Presses keys, once its window has the keyboard."""
+        processes.wait_for(self._is_active, what="its window to be the active one")
         self.desktop.key(*keys)
+
+    def controls(self):
+        """Its visible controls, without the menu bar's."""
+        return [item for item in self.items()
+                if item.role in _CLICKABLE and item.role != "menu item"]
+
+    def wait_for_control(self, name):
+        """The button or menu entry of this name, once it has come to rest."""
+        return processes.wait_for(lambda: self.clickable(name), what=f"a control {name!r}")
+
+    def focus(self):
+        """The names of the visible controls and menu entries that have the keyboard."""
+        return [item.name for item in self.items()
+                if item.focused and item.name and item.role in _CLICKABLE]
+
+    def focused(self):
+        """The name of the control that has the keyboard, or None."""
+        names = self.focus()
+        return names[0] if names else None
+
+    def has_focus(self, name):
+        return name in self.focus()
 
     def windows(self):
         """X ids of its windows on the screen, the lowest first."""
         listed = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
         return [window for window in re.findall(r"0x[0-9a-f]+", listed)
                 if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
+
+    def _is_active(self):
+        """Whether one of its windows is the active one."""
+        shown = self.desktop.run("xprop", "-root", "_NET_ACTIVE_WINDOW")
+        return any(window in self.windows() for window in re.findall(r"0x[0-9a-f]+", shown))
 
     def screenshot(self, path):
         """Saves a picture of its topmost window with the frame around it."""
@@ -171,6 +203,12 @@ class App:
     def data(self):
         """The data directory, which the program and the engine share."""
         return self.home / "Documents" / "Vireon"
+
+    def setting(self, line):
+        """A line of the user's settings, from 0, or None."""
+        path = self.data / "user.ini"
+        lines = path.read_text().splitlines() if path.exists() else []
+        return lines[line] if line < len(lines) else None
 
     def files(self):
         return sorted(entry.name for entry in self.data.iterdir())

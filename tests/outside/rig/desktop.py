@@ -34,6 +34,7 @@ class Desktop:
     def __init__(self, directory, size="1920x1080"):
         self.directory = directory
         self._processes = []
+        self._modes = set()
         runtime = directory / "run"
         runtime.mkdir(mode=0o700)
         home = directory / "desktop-home"
@@ -72,6 +73,18 @@ class Desktop:
         """Starts one more part of it, such as a panel, which ends with the desktop; its process."""
         self._start(*command)
         return self._processes[-1]
+
+    def set_mode(self, width, height, rate=60):
+        """Gives the screen another size and refresh rate (Hz)."""
+        name = f"{width}x{height}-{rate}"
+        if name not in self._modes:
+            self._modes.add(name)
+            across, down = width + 280, height + 45  # with the blanks around the picture
+            self.run("xrandr", "--newmode", name, across * down * rate / 1e6,
+                     width, width + 88, width + 132, across,
+                     height, height + 4, height + 9, down)
+            self.run("xrandr", "--addmode", "screen", name)
+        self.run("xrandr", "--output", "screen", "--mode", name)
 
     def click(self, x, y):
         self.run("xdotool", "mousemove", x, y, "click", 1)

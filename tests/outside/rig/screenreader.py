@@ -1,4 +1,4 @@
-"""What a window shows, read the way a screen reader reads it."""
+"""What a window shows, read and operated the way a screen reader does it."""
 
 import dataclasses
 
@@ -11,13 +11,17 @@ from . import processes  # noqa: E402
 
 _ACCESSIBLE = "org.a11y.atspi.Accessible"
 _ROOT = "/org/a11y/atspi/accessible/root"
-_SHOWING, _VISIBLE, _ENABLED, _CHECKED = 25, 30, 8, 4
+_ACTION = "org.a11y.atspi.Action"
+_SHOWING, _VISIBLE, _ENABLED, _CHECKED, _FOCUSED = 25, 30, 8, 4, 12
 _ANSWER_MS = 20000
 
 
 @dataclasses.dataclass(frozen=True)
 class Item:
-    """One visible item: its name (for a text, the text), role, place on the screen in px."""
+    """One visible item: its name (for a text, the text), role, place on the screen in px.
+
+    `owner` and `path` are its address on the accessibility bus.
+    """
 
     name: str
     role: str
@@ -27,6 +31,10 @@ class Item:
     height: int
     enabled: bool
     checked: bool
+    focused: bool
+    description: str
+    owner: str
+    path: str
 
     @property
     def centre(self):
@@ -54,6 +62,15 @@ class ScreenReader:
             # The program ended, or an item went away while it was looked at.
             return []
         return found
+
+    def actions(self, item):
+        """The names of what the item offers to do."""
+        return [action[0] for action in self._call(item.owner, item.path, _ACTION, "GetActions")[0]]
+
+    def act(self, item, action="Press"):
+        """Has the item do it."""
+        index = self.actions(item).index(action)
+        self._call(item.owner, item.path, _ACTION, "DoAction", GLib.Variant("(i)", (index,)))
 
     @staticmethod
     def _connect(address):
@@ -93,12 +110,16 @@ class ScreenReader:
             self._collect(child_name, child_path, found)
 
     def _item(self, name, path, states):
-        text = self._call(name, path, "org.freedesktop.DBus.Properties", "Get",
-                          GLib.Variant("(ss)", (_ACCESSIBLE, "Name")))[0]
         role = self._call(name, path, _ACCESSIBLE, "GetRoleName")[0]
         try:
             place = self._call(name, path, "org.a11y.atspi.Component", "GetExtents",
                                GLib.Variant("(u)", (0,)))[0]
         except GLib.Error:
             place = (0, 0, 0, 0)
-        return Item(text, role, *place, bool(states >> _ENABLED & 1), bool(states >> _CHECKED & 1))
+        return Item(self._property(name, path, "Name"), role, *place,
+                    *(bool(states >> state & 1) for state in (_ENABLED, _CHECKED, _FOCUSED)),
+                    self._property(name, path, "Description"), name, path)
+
+    def _property(self, name, path, member):
+        return self._call(name, path, "org.freedesktop.DBus.Properties", "Get",
+                          GLib.Variant("(ss)", (_ACCESSIBLE, member)))[0]

@@ -1,0 +1,57 @@
+#include "keyboardrouter.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QWindow>
+
+KeyboardRouter::KeyboardRouter(QWindow* innerView, QWidget* outerWindow, QMenuBar* bar,
+                               QObject* parent)
+    : QObject(parent)
+    , view(innerView)
+    , window(outerWindow)
+    , menuBar(bar)
+{
+    // Queued: Qt tells of a change while it is still at it.
+    const auto leadOn = &KeyboardRouter::leadToView;
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, leadOn, Qt::QueuedConnection);
+    connect(qApp, &QApplication::focusChanged, this, leadOn, Qt::QueuedConnection);
+    for (const QAction* action : menuBar->actions()) {
+        if (action->menu())
+            connect(action->menu(), &QMenu::aboutToHide, this, leadOn, Qt::QueuedConnection);
+    }
+    view->installEventFilter(this);
+    menuBar->installEventFilter(this);
+}
+
+bool KeyboardRouter::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == view && event->type() == QEvent::KeyPress) {
+        const auto* press = static_cast<QKeyEvent*>(event);
+        if (press->key() == Qt::Key_F10 && press->modifiers() == Qt::NoModifier) {
+            openFirstMenu();
+            return true;
+        }
+    }
+    // No signal tells that an Escape has left the menu bar.
+    if (watched == menuBar && event->type() == QEvent::KeyRelease)
+        leadToView();
+    return QObject::eventFilter(watched, event);
+}
+
+void KeyboardRouter::leadToView()
+{
+    const bool inMenus =
+        QApplication::activePopupWidget() || (menuBar->hasFocus() && menuBar->activeAction());
+    if (!inMenus && window->windowHandle()
+        && QGuiApplication::focusWindow() == window->windowHandle())
+        view->requestActivate();
+}
+
+// The keyboard goes to the window first: after an Escape the menu bar itself needs it.
+void KeyboardRouter::openFirstMenu()
+{
+    window->windowHandle()->requestActivate();
+    menuBar->setActiveAction(menuBar->actions().constFirst());
+}
