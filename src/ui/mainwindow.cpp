@@ -94,7 +94,6 @@ MainWindow::MainWindow(QString openText, QString exitText, QString versionText)
     createSplash();
     sdk = SdkHelper::instance(this);
     exposeToQml();
-    appTitle = QStringLiteral("Vireon");
     createTray(openText, exitText);
     loadView();
     if (GS::instance()->autostart) {
@@ -466,11 +465,15 @@ QString MainWindow::appName()
 
 // --- Mouse and touch --------------------------------------------------------------------------
 
-void MainWindow::mouseReleaseEvent(QMouseEvent* ev)
+bool MainWindow::event(QEvent* ev)
 {
-    QQuickView::mouseReleaseEvent(ev);
-    if (!window->isActiveWindow())
+    const bool handled = QQuickView::event(ev);
+    const bool lifted = ev->type() == QEvent::MouseButtonRelease || ev->type() == QEvent::TouchEnd;
+    if (lifted && QGuiApplication::focusWindow() != this) {
         window->activateWindow();
+        container->setFocus(Qt::MouseFocusReason);
+    }
+    return handled;
 }
 
 void MainWindow::touchEvent(QTouchEvent* ev)
@@ -609,6 +612,7 @@ void MainWindow::hideMessage()
 {
     if (!trayIcon)
         return;
+    notifier->closeMessage(); // if it was shown without a tray
     trayIcon->setVisible(false);
     trayIcon->setVisible(true);
 }
