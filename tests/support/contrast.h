@@ -24,7 +24,7 @@ inline double luminance(const QColor& colour)
 /// From 1 for equal colours to 21 for black and white.
 inline double contrast(const QColor& one, const QColor& other)
 {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
