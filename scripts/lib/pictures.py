@@ -26,6 +26,11 @@ def slow_down(desktop):
     desktop.run("xrandr", "--output", "screen", "--mode", "slow")
 
 
+def click_splash_away(app):
+    app.wait_until_shows("Starting up...")
+    app.desktop.click(960, 540)
+
+
 def click_calibration(app):
     app.wait_until_shows("Started and ready")
     app.click("Manual Calibration")
@@ -49,7 +54,8 @@ def kill_engine(app):
 
 # By name: scenario, what brings the state about, the text that tells it has come.
 STATES = {
-    "starting": ("unwritten\n", None, "Starting up..."),
+    "splash": ("unwritten\n", None, "Starting up..."),
+    "starting": ("unwritten\n", click_splash_away, "Starting up..."),
     "not-connected": ("at 0 status -1\n", None, "Not connected"),
     "ready": ("at 0 status 0\n", None, "Started and ready"),
     "loading": ("at 0 status 0\non m status 2\n", click_calibration, "Loading..."),
