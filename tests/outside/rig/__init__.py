@@ -13,4 +13,5 @@ from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 
-__all__ = ["App", "Bus", "Desktop", "HANDS", "Subject", "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]
+__all__ = ["App", "Bus", "Desktop", "HANDS", "Subject", "adopt_orphans", "is_running", "memory_of",
+           "stage", "step", "wait_for"]
