@@ -53,7 +53,7 @@ Rectangle {
     Item {
         id: firstScreen
 
-        anchors { fill: parent; margins: 20; bottomMargin: 20 + margin }
+        anchors { fill: parent; margins: margin }
 
         Text {
             id: firstText
@@ -120,7 +120,7 @@ Rectangle {
     Item {
         id: graphicsSettingsScreen
 
-        anchors { fill: parent; margins: 20; topMargin: 10; bottomMargin: 10 + margin }
+        anchors { fill: parent; margins: margin; topMargin: 10 }
         visible: false
 
         Text {

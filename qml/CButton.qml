@@ -48,16 +48,12 @@ Rectangle {
     Rectangle {
         id: btn
 
-        // The overlay lightens it while hovered: darker below, so that the label stays readable.
-        readonly property color hoverColor: Qt.darker(Colors.secondary900, 1.35)
-        readonly property color pressedColor: Qt.darker(Colors.secondary900, 1.8)
-
         anchors.fill: parent
         radius: 3
         clip: true
         color: root.isDisabled ? Colors.primary500
-             : mouseArea.pressed ? pressedColor
-             : mouseArea.containsMouse ? hoverColor
+             : mouseArea.pressed ? Theme.pressed
+             : mouseArea.containsMouse ? Theme.hovered
              : Colors.secondary900
         border.width: overlay.visible ? 1 : 0
         border.color: "white"

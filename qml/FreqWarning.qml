@@ -45,7 +45,6 @@ Rectangle {
         id: popup
 
         anchors.centerIn: parent
-        anchors.verticalCenterOffset: -margin / 2
         width: Math.ceil(Math.max(rates.width, notice.width + 20 + okBtn.width)) + 40
         height: Math.ceil(rates.height + notice.height) + 30
         radius: 5
@@ -75,7 +74,7 @@ Rectangle {
                     horizontalAlignment: Text.AlignHCenter
                     color: "white"
                     font.family: "Helvetica Neue"
-                    font.pixelSize: 13
+                    font.pixelSize: 14
                     text: qsTr("Slow writing\nspeed at 30Hz")
 
                     Accessible.role: Accessible.StaticText
@@ -101,7 +100,7 @@ Rectangle {
                     horizontalAlignment: Text.AlignHCenter
                     color: "white"
                     font.family: "Helvetica Neue"
-                    font.pixelSize: 13
+                    font.pixelSize: 14
                     text: qsTr("Fast writing\nspeed at 60Hz")
 
                     Accessible.role: Accessible.StaticText
@@ -131,7 +130,7 @@ Rectangle {
                 anchors.verticalCenter: parent.verticalCenter
                 color: "white"
                 font.family: "Helvetica Neue"
-                font.pixelSize: 13
+                font.pixelSize: 14
                 text: qsTr("To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more.")
 
                 Accessible.role: Accessible.StaticText

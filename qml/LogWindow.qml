@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import "theme.js" as Theme
 
 // A growing text that can only be read. The controller calls the functions by name.
 Window {
@@ -14,6 +15,7 @@ Window {
     title: "Log Window"
     visibility: Window.Hidden
     flags: Qt.Tool
+    color: Theme.surface
 
     function appendText(text) {
         // Not an assignment of the whole text, which costs more with every line.
@@ -42,6 +44,7 @@ Window {
 
             readOnly: true
             width: parent.width
+            color: "white"
         }
     }
 }

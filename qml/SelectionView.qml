@@ -89,6 +89,6 @@ Rectangle {
 
         // In the middle of what is to be seen below the title bar.
         anchors.centerIn: parent
-        anchors.verticalCenterOffset: (titlebar.height - margin) / 2
+        anchors.verticalCenterOffset: titlebar.height / 2
     }
 }

@@ -9,14 +9,16 @@ SelectionView {
     content: Column {
         readonly property Item first: isAutoStartBtn
         readonly property Item last: calibCorrection
+        // The marks stand at the same edge as the buttons; what shows the hover reaches beyond it.
+        readonly property int boxMargin: 10
 
-        bottomPadding: 35 // room for the tooltip
+        bottomPadding: 20 // room for the tooltip
         spacing: 5
 
         Checkbox {
             id: isAutoStartBtn
 
-            anchors.horizontalCenter: parent.horizontalCenter
+            x: -boxMargin
             text: qsTr("Autostart")
             isToggled: isAutoStart
             KeyNavigation.tab: isKeepACpuRunningBtn
@@ -24,7 +26,7 @@ SelectionView {
         }
 
         Item {
-            anchors.horizontalCenter: parent.horizontalCenter
+            x: -boxMargin
             width: isKeepACpuRunningBtn.width
             height: isKeepACpuRunningBtn.height
             z: 1
@@ -84,7 +86,7 @@ SelectionView {
         Row {
             id: sensorViewerBtnRow
 
-            anchors.horizontalCenter: parent.horizontalCenter
+            topPadding: 15
 
             CSelectionButton {
                 id: sensorViewerBtn

@@ -32,7 +32,7 @@ Rectangle {
     radius: 3
     gradient: Gradient {
         GradientStop { position: 0; color: Colors.secondary900 }
-        GradientStop { position: 1; color: Qt.darker(Colors.secondary900, 1.35) }
+        GradientStop { position: 1; color: Theme.hovered }
     }
     border.width: 1
     border.color: mouse.containsMouse && root.activeButton ? "white" : "#404040"

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import "colors.js" as Colors
 import "status.js" as Status
 import "theme.js" as Theme
 
@@ -10,14 +11,14 @@ Rectangle {
 
     // As wide as the buttons with the longest labels need it.
     property int baseWidth: Math.max(Qt.locale().name === "ja_JP" ? 720 : 680,
-                                     btnRow.width + 40)
+                                     btnRow.width + 2 * margin)
     property int baseHeight: 240
     property real basePixelDensity: 3.7795275590551185 // pixels per millimetre at 96 dpi
     property real logicalPixelDensity: Screen.logicalPixelDensity
     property real factor: logicalPixelDensity / basePixelDensity
     property bool finishedLoading: false
-    // What the window's menu bar takes from the lower edge; on Windows it lies outside.
-    property int margin: operatingSystem === "win" ? 0 : 11
+    // From the window's edges; the frame that Windows draws counts as a part of it.
+    property int margin: operatingSystem === "win" ? 15 : 20
     property string fontfamily: "Helvetica"
     property bool isLoading: false
     property int markerMargin: 5
@@ -89,13 +90,18 @@ Rectangle {
         return qsTranslate("status", source).replace("%1", mainwindow.appName());
     }
 
+    function tell(report) {
+        statusText = textOf(report.text);
+        engine.glyph = report.glyph;
+    }
+
     // Called for every report, also for one that equals the last. What is written before the
     // view is complete is no report.
     onStatusChanged: {
         if (!finishedLoading)
             return;
         engine.hasReported = true;
-        statusText = textOf(Status.report(status, mainwindow.brand()).text);
+        tell(Status.report(status, mainwindow.brand()));
         isLoading = status === Status.calibrating;
         if (isLoading)
             loadingLimit.restart();
@@ -131,6 +137,7 @@ Rectangle {
         id: engine
 
         property bool hasReported: false
+        property string glyph: Status.startingUp.glyph
     }
 
     QtObject {
@@ -150,7 +157,7 @@ Rectangle {
         running: root.isLoading
         onTriggered: {
             root.isLoading = false;
-            root.statusText = root.textOf(Status.lastActionFailed);
+            root.tell(Status.lastActionFailed);
         }
     }
 
@@ -346,15 +353,21 @@ Rectangle {
                     height: 40
                     color: "transparent"
 
+                    // As large as the place between version and buttons allows.
                     Text {
                         id: statusLine
 
                         anchors.centerIn: parent
-                        width: parent.width - 40
+                        anchors.verticalCenterOffset: lineCount > 1 ? -6 : 0
+                        width: parent.width - 2 * (margin + statusGlyph.width)
+                        height: 70
                         color: "white"
                         font.family: "Helvetica Neue"
-                        font.pixelSize: [22, 18, 16][text.split("<br>").length - 1]
+                        font.pixelSize: 28
+                        fontSizeMode: Text.Fit
+                        minimumPixelSize: 16
                         horizontalAlignment: Text.AlignHCenter
+                        verticalAlignment: Text.AlignVCenter
                         lineHeight: 1.2
                         wrapMode: Text.WordWrap
                         visible: !root.isLoading
@@ -362,6 +375,20 @@ Rectangle {
 
                         Accessible.role: Accessible.StaticText
                         Accessible.name: text.replace(/ ?<br> ?/g, " ")
+                    }
+
+                    Text {
+                        id: statusGlyph
+
+                        anchors { right: statusLine.left; rightMargin: (statusLine.contentWidth - statusLine.width) / 2; verticalCenter: statusLine.verticalCenter }
+                        width: 45
+                        rightPadding: 12
+                        horizontalAlignment: Text.AlignRight
+                        color: root.isReady ? Colors.secondary500 : "white"
+                        font.family: fontAwesome.name
+                        font.pixelSize: 32
+                        visible: statusLine.visible
+                        text: engine.glyph
                     }
 
                     LoadingIndicator {

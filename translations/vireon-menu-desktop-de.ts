@@ -308,7 +308,7 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
     <message>
         <source>Last action failed please try again.</source>
-        <translation>Die letzte Aktion ist fehlgeschlagen, bitte versuchen Sie es erneut.</translation>
+        <translation>Letzte Aktion fehlgeschlagen, bitte erneut versuchen.</translation>
     </message>
     <message>
         <source>Not connected to %1.&lt;br&gt;Please connect the USB cable.</source>
@@ -324,7 +324,7 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
     <message>
         <source>Calibration failed, please try again.</source>
-        <translation>Kalibrierung fehlgeschlagen, bitte versuchen Sie es erneut.</translation>
+        <translation>Kalibrierung fehlgeschlagen, bitte erneut versuchen.</translation>
     </message>
     <message>
         <source>Started, %1 not calibrated.</source>

@@ -8,6 +8,7 @@
 #include "runguard.h"
 #include "settings/filehelper.h"
 #include "settings/globalsettings.h"
+#include "ui/looks.h"
 #include "ui/mainwindow.h"
 
 #include <QApplication>
@@ -56,6 +57,7 @@ int run(int& argc, char** argv)
     // The window only hides when it is closed, and must never hold up the end of a session.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
+    applyLooks();
 
     RunGuard guard(GS::instance()->appName);
     if (!guard.tryToRun()) {

@@ -8,9 +8,11 @@
 #include "engine/statuslistener.h"
 #include "keyboardrouter.h"
 #include "linuxtrayiconmanager.h"
+#include "looks.h"
 #include "mywidget.h"
 #include "settings/globalsettings.h"
 #include "ui/supportaddresses.h"
+#include "ui/viewcolours.h"
 
 #include <QAction>
 #include <QBoxLayout>
@@ -92,7 +94,6 @@ MainWindow::MainWindow(QString openText, QString exitText, QString versionText)
     createSplash();
     sdk = SdkHelper::instance(this);
     exposeToQml();
-    appTitle = QStringLiteral("Vireon");
     createTray(openText, exitText);
     loadView();
     if (GS::instance()->autostart) {
@@ -174,6 +175,8 @@ void MainWindow::createTrayIcon(const QString& exitText)
 void MainWindow::loadView()
 {
     qDebug() << "load main.qml";
+    // What the view does not cover: nothing flashes up before its first picture.
+    setColor(QLatin1String(ViewColours::surface));
     setSource(QUrl(QStringLiteral("qrc:/qml/main.qml")));
     if (rootObject())
         return;
@@ -204,6 +207,8 @@ void MainWindow::createWindow()
 
     window = new MyWidget;
     auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, window);
+    // The view fills the window. What is left below it is for the menu bar.
+    layout->setContentsMargins(0, 0, 0, menuBarHeight());
     layout->addWidget(container);
     window->setWindowTitle(appTitle);
     window->adjustSize();
@@ -237,6 +242,7 @@ void MainWindow::installMenuBar()
     createActions();
     menuBar = new QMenuBar;
     createMenus();
+    window->layout()->setContentsMargins(0, 0, 0, 0);
     window->layout()->setMenuBar(menuBar);
     // Without this the menu bar's height would raise the minimum above the fixed size.
     window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
@@ -459,11 +465,15 @@ QString MainWindow::appName()
 
 // --- Mouse and touch --------------------------------------------------------------------------
 
-void MainWindow::mouseReleaseEvent(QMouseEvent* ev)
+bool MainWindow::event(QEvent* ev)
 {
-    QQuickView::mouseReleaseEvent(ev);
-    if (!window->isActiveWindow())
+    const bool handled = QQuickView::event(ev);
+    const bool lifted = ev->type() == QEvent::MouseButtonRelease || ev->type() == QEvent::TouchEnd;
+    if (lifted && QGuiApplication::focusWindow() != this) {
         window->activateWindow();
+        container->setFocus(Qt::MouseFocusReason);
+    }
+    return handled;
 }
 
 void MainWindow::touchEvent(QTouchEvent* ev)
@@ -602,6 +612,7 @@ void MainWindow::hideMessage()
 {
     if (!trayIcon)
         return;
+    notifier->closeMessage(); // if it was shown without a tray
     trayIcon->setVisible(false);
     trayIcon->setVisible(true);
 }

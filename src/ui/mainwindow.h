@@ -115,7 +115,7 @@ public slots:
     /// next one of the queue.
     void showMessage(QString text);
 
-    /// Takes the balloon away; the queue stays.
+    /// Takes the message away that is shown; the queue stays. Not on Unity.
     void hideMessage();
 
     void showWindow();
@@ -164,10 +164,10 @@ private slots:
     void wasteCpu();
 
 protected:
-    /// Also makes the top-level window active, which some window managers do not do for a click in
-    /// a view inside it: keys would be lost. Only after the click, which a change of the active
-    /// window would cancel.
-    void mouseReleaseEvent(QMouseEvent* ev) override;
+    /// A click or a touch also makes the top-level window active, which some window managers do not
+    /// do for one in a view inside it: keys would be lost. Only after it, since a change of the
+    /// active window would cancel it.
+    bool event(QEvent* ev) override;
 
 private:
     // The steps of the construction, in their order.
@@ -200,7 +200,7 @@ private:
     QSystemTrayIcon* trayIcon = nullptr; ///< null on Unity
     QMenu* trayMenu = nullptr;
     LinuxTrayIconManager* trayIconManager = nullptr; ///< the indicator, on Unity only
-    QString appTitle;
+    QString appTitle = QStringLiteral("Vireon");
     bool calibrationPaused = false;
     bool autoStart = true; ///< true whatever the setting: the first toggle writes false
     bool closeHintShown = false;

@@ -76,6 +76,60 @@ ViewTestCase {
         verify(Qt.colorEqual(ring.border.color, "white"));
     }
 
+    // A piece of the window, so that a control is seen with what it casts around it.
+    Rectangle {
+        id: stage
+
+        x: 500
+        y: 100
+        width: 300
+        height: 80
+        color: "#1d2733"
+    }
+
+    function test_statesLookDifferent_data() {
+        return [
+            { tag: "CButton", properties: { btnText: "Press" }, disabled: "isDisabled" },
+            { tag: "CButton, small", control: "CButton", properties: { btnText: "Press", isSmall: true }, disabled: "isDisabled" },
+            { tag: "CSelectionButton", properties: { text: "Choose" }, disabled: "isDisabled" },
+            { tag: "CSelectionButton, plain", control: "CSelectionButton", properties: { text: "   ", isLeft: true, btnColor2: "transparent" }, disabled: "isDisabled" },
+            { tag: "CRadioButton", properties: { text: "One" }, disabled: "isDisabled" },
+            { tag: "Checkbox", properties: { text: "One" } },
+            { tag: "SimpleButton", properties: { buttonText: "Press" }, enabled: "activeButton" }
+        ];
+    }
+
+    function test_statesLookDifferent(row) {
+        var item = create(row.control || row.tag, row.properties);
+        item.parent = stage;
+        item.x = item.y = 20;
+        var states = {};
+        testCase.forceActiveFocus();
+        wait(20);
+        states.rest = camera.take(stage);
+        mouseMove(item, 5, 5);
+        states.hovered = camera.take(stage);
+        mousePress(item, 5, 5);
+        states.pressed = camera.take(stage);
+        mouseRelease(testCase, 1, 1);
+        mouseMove(testCase, 1000, 500);
+        item.forceActiveFocus();
+        states.focused = camera.take(stage);
+        testCase.forceActiveFocus();
+        if (row.disabled)
+            item[row.disabled] = true;
+        else if (row.enabled)
+            item[row.enabled] = false;
+        if (row.disabled || row.enabled)
+            states.disabled = camera.take(stage);
+        var names = Object.keys(states);
+        for (var i = 0; i < names.length; ++i) {
+            for (var j = i + 1; j < names.length; ++j)
+                verify(!states[names[i]].equals(states[names[j]]), names[i] + " looks like " + names[j]);
+        }
+        item.parent = testCase;
+    }
+
     function test_palette() {
         var colors = Qt.createQmlObject("import 'qrc:/qml/colors.js' as Colors; import QtQml 2.15; QtObject {"
             + "property var all: [Colors.primary50, Colors.primary500, Colors.secondary500, Colors.secondary900] }",

@@ -1,16 +1,20 @@
 #include "app/fonts.h"
 #include "app/resources.h"
 #include "fakecontroller.h"
+#include "support/contrast.h"
 #include "testlog.h"
 
 #include <QCoreApplication>
 #include <QFont>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QQuickItemGrabResult>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QtQuickTest>
 #include <QTranslator>
 
@@ -53,13 +57,60 @@ public:
     }
 };
 
-/// Saves what the window shows.
+/// What an item and its children look like.
+class Picture : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Picture(const QImage& picture)
+        : image(picture)
+    {
+    }
+
+    /// How much a text of this colour, with this opacity, stands out from what most of @p area
+    /// shows.
+    Q_INVOKABLE double contrastOfText(const QRectF& area, const QColor& text, double opacity) const
+    {
+        for (const QColor& background : coloursOf(image.copy(area.toAlignedRect()))) {
+            if (background != text)
+                return contrast(mixed(text, background, opacity), background);
+        }
+        return 1;
+    }
+
+    Q_INVOKABLE bool equals(QObject* other) const
+    {
+        return image == qobject_cast<Picture*>(other)->image;
+    }
+
+private:
+    static QColor mixed(const QColor& upper, const QColor& lower, double opacity)
+    {
+        const auto part = [&](double a, double b) { return opacity * a + (1 - opacity) * b; };
+        return QColor::fromRgbF(part(upper.redF(), lower.redF()),
+                                part(upper.greenF(), lower.greenF()),
+                                part(upper.blueF(), lower.blueF()));
+    }
+
+    QImage image;
+};
+
+/// Takes pictures of what is shown.
 class Camera : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The upper left @p width x @p height px of the window that @p item is in.
+    /// A Picture; null when there is none within a minute.
+    Q_INVOKABLE QObject* take(QQuickItem* item)
+    {
+        const auto result = item->grabToImage();
+        QSignalSpy ready(result.data(), &QQuickItemGrabResult::ready);
+        return ready.wait(60000) ? new Picture(result->image()) : nullptr;
+    }
+
+    /// Saves the upper left @p width x @p height px of the window that @p item is in.
     Q_INVOKABLE bool save(QQuickItem* item, int width, int height, const QString& path)
     {
         return item->window()->grabWindow().copy(0, 0, width, height).save(path);

@@ -4,12 +4,17 @@
 #include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
+#include "ui/looks.h"
 #include "ui/mainwindow.h"
 #include "ui/mywidget.h"
+#include "ui/supportaddresses.h"
 
 #include <QAction>
 #include <QGraphicsSceneMouseEvent>
+#include <QLayout>
 #include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QtTest>
@@ -31,6 +36,8 @@ private slots:
     void showsItselfWhenBuilt();
     void viewKnowsTheControllersObjects();
     void windowKeepsItsSizeWithTheMenuBar();
+    void viewFillsTheWindowBelowTheMenuBar();
+    void windowHasTheColourOfTheView();
     void isTouchIsTheNegationOfTheSetting();
     void brandHasItsCode_data();
     void brandHasItsCode();
@@ -48,10 +55,25 @@ private slots:
     void pointerModeSetsTheCheckMarks();
     void firmwareActionFollowsStatusAndVersion_data();
     void firmwareActionFollowsStatusAndVersion();
+    void firmwareBoxTellsHow_data();
+    void firmwareBoxTellsHow();
     void onlyAPlainTrayClickOpensTheWindow();
+    void trayIconIsConnected();
+    void trayMenuHasOneItem();
     void resolutionChangeShowsTheWindowAnewOnlyIfShown();
     void touchPointsBecomeSceneEvents_data();
     void touchPointsBecomeSceneEvents();
+    void everyPointIsTranslatedInItsOrder();
+    void otherEventTypesPress();
+    void pressAndReleaseClickOnce_data();
+    void pressAndReleaseClickOnce();
+    void releaseOutsideDoesNotClick_data();
+    void releaseOutsideDoesNotClick();
+    void secondFingerClicksNothingElse();
+    void clickMakesTheWindowActive_data();
+    void clickMakesTheWindowActive();
+    void clickInTheActiveWindowMovesNoFocus_data();
+    void clickInTheActiveWindowMovesNoFocus();
     void commandSlotsSendTheirAction_data();
     void commandSlotsSendTheirAction();
     void parallaxCorrectionLeavesCacheAndViewAlone();
@@ -71,6 +93,9 @@ private:
     QAction* action(const QString& text) const;
     QByteArray savedSettings() const;
     QVariant root(const char* name) const { return view->rootObject()->property(name); }
+    QPoint centreOf(const QString& buttonText) const;
+    void makeReady();
+    void expectOneCommand(int code);
 
     QTemporaryDir folder;
     std::unique_ptr<LogRecorder> log;
@@ -94,6 +119,7 @@ void TestMainWindow::initTestCase()
     settings->mcCachePath = folder.filePath(QStringLiteral("mcCache")).toStdString();
     settings->userIniPath = folder.filePath(QStringLiteral("user.ini")).toStdString();
     log = std::make_unique<LogRecorder>();
+    applyLooks();
     view =
         new MainWindow(QStringLiteral("Open"), QStringLiteral("Exit"), QStringLiteral("1.4.121"));
 }
@@ -135,6 +161,27 @@ void TestMainWindow::windowKeepsItsSizeWithTheMenuBar()
     const auto* bar = topLevel()->findChild<QMenuBar*>();
     QVERIFY(bar);
     QVERIFY(bar->isVisible());
+}
+
+void TestMainWindow::viewFillsTheWindowBelowTheMenuBar()
+{
+    const QRect bar = topLevel()->findChild<QMenuBar*>()->geometry();
+    QCOMPARE(bar.topLeft(), QPoint(0, 0));
+    QCOMPARE(bar.width(), topLevel()->width());
+    const QRect below(0, bar.height(), bar.width(), topLevel()->height() - bar.height());
+    QCOMPARE(topLevel()->layout()->itemAt(0)->geometry(), below);
+    const QQuickItem* root = view->rootObject();
+    QCOMPARE(below.size(), QSize(qFloor(root->width()), qFloor(root->height())));
+}
+
+void TestMainWindow::windowHasTheColourOfTheView()
+{
+    const auto colour = view->rootObject()->property("color").value<QColor>();
+    QCOMPARE(view->color(), colour);
+    QCOMPARE(topLevel()->palette().color(QPalette::Window), colour);
+    // Where the bar has no entry.
+    const QImage window = topLevel()->grab().toImage();
+    QCOMPARE(window.pixelColor(window.width() - 5, 5), colour);
 }
 
 void TestMainWindow::isTouchIsTheNegationOfTheSetting()
@@ -394,6 +441,74 @@ void TestMainWindow::firmwareActionFollowsStatusAndVersion()
     QCOMPARE(action(QStringLiteral("Update Firmware"))->isEnabled(), enabled);
 }
 
+namespace {
+
+const char* const firmwareText =
+    "A new firmware (Ver. 1.2) is available (you have Ver. 1.1).<br><br>It supports to store the "
+    "calibration data onto Vireon. If you want to update it, please see the Firmware Update Manual "
+    "in the website link below and click 'Start' button below. This will open the firmware "
+    "updater. Select the file 'firmware.iic' from your installation folder.<br><br><br><br>"
+    "Manual: <a href='%1'>Download here.</a>";
+const char* const remotePenFirmwareText =
+    "A new firmware (Ver. 1.2) is available (you have Ver. 1.1).<br><br>It supports to store the "
+    "calibration data onto Vireon. If you want to update it, If you want to update it, please "
+    "prepare the Windows computer and see the Firmware Update Manual in the website link below."
+    "<br><br>Manual: <a href='%1'>Download here.</a>";
+
+} // namespace
+
+void TestMainWindow::firmwareBoxTellsHow_data()
+{
+    QTest::addColumn<int>("brand");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("start") << 0 << "Start" << QString(firmwareText).arg(firmwareManualAddress);
+    QTest::newRow("exit") << 4 << "Exit" << QString(firmwareText).arg(firmwareManualAddress);
+    QTest::newRow("remote pen") << 1 << "Exit"
+                                << QString(remotePenFirmwareText).arg(remotePenDownloadAddress);
+}
+
+void TestMainWindow::firmwareBoxTellsHow()
+{
+    QFETCH(int, brand);
+    QFETCH(QString, button);
+    QFETCH(QString, text);
+    StatusListener::instance()->firmware = 1;
+    GS::instance()->brand = brand;
+    QString title;
+    QString shown;
+    QStringList buttons;
+    QList<int> roles;
+    Qt::TextFormat format = Qt::PlainText;
+    QTimer::singleShot(0, view, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        title = box->windowTitle();
+        shown = box->text();
+        format = box->textFormat();
+        QAbstractButton* chosen = nullptr;
+        for (QAbstractButton* candidate : box->buttons()) {
+            buttons.append(candidate->text());
+            roles.append(box->buttonRole(candidate));
+            if (candidate->text() == button)
+                chosen = candidate;
+        }
+        chosen->click();
+    });
+    action("Update Firmware")->setEnabled(true);
+    action("Update Firmware")->trigger();
+    GS::instance()->brand = 0;
+    StatusListener::instance()->firmware = 999;
+    QCOMPARE(title, QString("Update Firmware"));
+    QCOMPARE(shown, text);
+    QCOMPARE(format, Qt::RichText);
+    QCOMPARE(buttons, QStringList({"Start", "Exit"}));
+    QCOMPARE(roles, QList<int>({QMessageBox::YesRole, QMessageBox::NoRole}));
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(log->count("Action:"), 0);
+}
+
 // --- Window -----------------------------------------------------------------------------------
 
 void TestMainWindow::onlyAPlainTrayClickOpensTheWindow()
@@ -408,6 +523,29 @@ void TestMainWindow::onlyAPlainTrayClickOpensTheWindow()
     view->onTrayIconClicked();
     QVERIFY(topLevel()->isVisible());
     QCOMPARE(log->count(QStringLiteral("closing splash ")), 1);
+}
+
+void TestMainWindow::trayIconIsConnected()
+{
+    auto* icon = view->findChild<QSystemTrayIcon*>();
+    QVERIFY(icon && icon->isVisible() && !icon->icon().isNull());
+    view->hideWindow();
+    emit icon->activated(QSystemTrayIcon::DoubleClick);
+    QVERIFY(!topLevel()->isVisible());
+    emit icon->activated(QSystemTrayIcon::Trigger);
+    QVERIFY(topLevel()->isVisible());
+    view->hideWindow();
+    emit icon->messageClicked();
+    QVERIFY(topLevel()->isVisible());
+}
+
+void TestMainWindow::trayMenuHasOneItem()
+{
+    const QMenu* menu = view->findChild<QSystemTrayIcon*>()->contextMenu();
+    QVERIFY(menu && !menu->parent());
+    QCOMPARE(menu->actions().size(), 1);
+    QCOMPARE(menu->actions().first()->text(), QStringLiteral("Exit"));
+    QCOMPARE(menu->actions().first()->parent(), view);
 }
 
 void TestMainWindow::resolutionChangeShowsTheWindowAnewOnlyIfShown()
@@ -433,6 +571,31 @@ void TestMainWindow::resolutionChangeShowsTheWindowAnewOnlyIfShown()
     QVERIFY(!topLevel()->isVisible());
 }
 
+namespace {
+
+/// Takes the scene events that a window gets.
+class SceneRecorder : public QObject
+{
+public:
+    QVector<QEvent::Type> types;
+    QVector<QPointF> positions;
+    bool leftOnly = true;
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        const auto* scene = dynamic_cast<QGraphicsSceneMouseEvent*>(event);
+        if (!scene)
+            return false;
+        types.append(event->type());
+        positions.append(scene->scenePos());
+        leftOnly =
+            leftOnly && scene->button() == Qt::LeftButton && scene->buttons() == Qt::LeftButton;
+        return true;
+    }
+};
+
+} // namespace
+
 void TestMainWindow::touchPointsBecomeSceneEvents_data()
 {
     using Events = QVector<QEvent::Type>;
@@ -452,24 +615,7 @@ void TestMainWindow::touchPointsBecomeSceneEvents()
     QFETCH(int, touchState);
     const auto state = Qt::TouchPointState(touchState);
     QFETCH(QVector<QEvent::Type>, events);
-    class Recorder : public QObject
-    {
-    public:
-        QVector<QEvent::Type> types;
-        QVector<QPointF> positions;
-        bool leftOnly = true;
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            if (const auto* scene = dynamic_cast<QGraphicsSceneMouseEvent*>(event)) {
-                types.append(event->type());
-                positions.append(scene->scenePos());
-                leftOnly = leftOnly && scene->button() == Qt::LeftButton
-                    && scene->buttons() == Qt::LeftButton;
-                return true;
-            }
-            return false;
-        }
-    } recorder;
+    SceneRecorder recorder;
     view->installEventFilter(&recorder);
     QTouchEvent::TouchPoint first(0);
     first.setState(state);
@@ -485,6 +631,245 @@ void TestMainWindow::touchPointsBecomeSceneEvents()
     const QPointF expected = QPointF(120, 45) - view->geometry().topLeft();
     for (const QPointF& position : qAsConst(recorder.positions))
         QCOMPARE(position, expected);
+}
+
+void TestMainWindow::everyPointIsTranslatedInItsOrder()
+{
+    SceneRecorder recorder;
+    view->installEventFilter(&recorder);
+    QList<QTouchEvent::TouchPoint> points;
+    for (const auto state :
+         {Qt::TouchPointReleased, Qt::TouchPointStationary, Qt::TouchPointMoved}) {
+        QTouchEvent::TouchPoint point(points.size());
+        point.setState(state);
+        point.setPos(QPointF(100 * points.size(), 7));
+        points.append(point);
+    }
+    QTouchEvent event(QEvent::TouchUpdate, nullptr, Qt::NoModifier, Qt::TouchPointMoved, points);
+    view->touchEvent(&event);
+    view->removeEventFilter(&recorder);
+    const QPointF origin = view->geometry().topLeft();
+    QVERIFY(!origin.isNull()); // or its part in the position would not be seen
+    QCOMPARE(
+        recorder.types,
+        QVector<QEvent::Type>({QEvent::GraphicsSceneMouseMove, QEvent::GraphicsSceneMouseRelease,
+                               QEvent::GraphicsSceneMouseMove}));
+    QCOMPARE(recorder.positions,
+             QVector<QPointF>(
+                 {QPointF(0, 7) - origin, QPointF(0, 7) - origin, QPointF(200, 7) - origin}));
+}
+
+void TestMainWindow::otherEventTypesPress()
+{
+    SceneRecorder recorder;
+    view->installEventFilter(&recorder);
+    for (const int type : {0, 1, 2, 3, -1})
+        view->sendEventToUI(12.5, 7.25, type);
+    view->removeEventFilter(&recorder);
+    QCOMPARE(
+        recorder.types,
+        QVector<QEvent::Type>({QEvent::GraphicsSceneMousePress, QEvent::GraphicsSceneMouseMove,
+                               QEvent::GraphicsSceneMouseRelease, QEvent::GraphicsSceneMousePress,
+                               QEvent::GraphicsSceneMousePress}));
+    QCOMPARE(recorder.positions.first(), QPointF(12.5, 7.25) - view->geometry().topLeft());
+    QVERIFY(recorder.leftOnly);
+}
+
+namespace {
+
+/// The mouse or a finger at the view, as the window system reports it.
+class Pointer
+{
+public:
+    Pointer(QWindow* target, bool isFinger)
+        : view(target)
+        , finger(isFinger)
+    {
+    }
+
+    void press(QPoint at)
+    {
+        if (finger)
+            QTest::touchEvent(view, touchDevice()).press(0, at, view);
+        else
+            QTest::mousePress(view, Qt::LeftButton, {}, at);
+    }
+
+    void move(QPoint to)
+    {
+        if (finger)
+            QTest::touchEvent(view, touchDevice()).move(0, to, view);
+        else
+            QTest::mouseMove(view, to);
+    }
+
+    void release(QPoint at)
+    {
+        if (finger)
+            QTest::touchEvent(view, touchDevice()).release(0, at, view);
+        else
+            QTest::mouseRelease(view, Qt::LeftButton, {}, at);
+    }
+
+    static QTouchDevice* touchDevice()
+    {
+        static QTouchDevice* const device = QTest::createTouchDevice();
+        return device;
+    }
+
+private:
+    QWindow* view;
+    bool finger;
+};
+
+void addPointers()
+{
+    QTest::addColumn<bool>("isFinger");
+    QTest::newRow("mouse") << false;
+    QTest::newRow("finger") << true;
+}
+
+} // namespace
+
+QPoint TestMainWindow::centreOf(const QString& buttonText) const
+{
+    for (const QQuickItem* item : view->rootObject()->findChildren<QQuickItem*>()) {
+        if (item->isVisible() && item->property("btnText").toString().trimmed() == buttonText)
+            return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    }
+    return {};
+}
+
+/// Ready, with buttons that can be pressed.
+void TestMainWindow::makeReady()
+{
+    QVERIFY(QTest::qWaitForWindowExposed(view));
+    // A change of the active window in the midst of a click cancels it.
+    view->requestActivate();
+    QTRY_COMPARE(QGuiApplication::focusWindow(), view);
+    StatusListener::instance()->injectStatus(0);
+    QTRY_COMPARE(root("status").toInt(), 0);
+    QTRY_COMPARE(root("buttonsDisabled").toBool(), false);
+    log->clear();
+}
+
+/// A command comes, and no second one until a third, which is known to be given after it.
+void TestMainWindow::expectOneCommand(int code)
+{
+    QTRY_COMPARE_WITH_TIMEOUT(log->count(QStringLiteral("Action:  %1 ").arg(code)), 1, 20000);
+    view->onLoadCcf();
+    QTRY_COMPARE_WITH_TIMEOUT(log->count(QStringLiteral("Action:  19 ")), 1, 20000);
+    QCOMPARE(log->count(QStringLiteral("Action:")), 2);
+}
+
+void TestMainWindow::pressAndReleaseClickOnce_data()
+{
+    addPointers();
+}
+
+void TestMainWindow::pressAndReleaseClickOnce()
+{
+    QFETCH(bool, isFinger);
+    for (const auto& [text, code] :
+         {std::pair("Manual Calibration", 1), std::pair("Touch Calibration", 4)}) {
+        makeReady();
+        Pointer pointer(view, isFinger);
+        const QPoint place = centreOf(QString(text));
+        QVERIFY(!place.isNull());
+        pointer.press(place);
+        QCOMPARE(root("isLoading").toBool(), false); // it is the release that clicks
+        pointer.release(place);
+        QCOMPARE(root("isLoading").toBool(), true);
+        expectOneCommand(code);
+    }
+}
+
+void TestMainWindow::releaseOutsideDoesNotClick_data()
+{
+    addPointers();
+}
+
+void TestMainWindow::releaseOutsideDoesNotClick()
+{
+    QFETCH(bool, isFinger);
+    makeReady();
+    Pointer pointer(view, isFinger);
+    const QPoint place = centreOf("Manual Calibration");
+    const QPoint outside(2, 2);
+    pointer.press(place);
+    pointer.move((place + outside) / 2);
+    pointer.move(outside);
+    pointer.release(outside);
+    QCOMPARE(root("isLoading").toBool(), false);
+    // Nor is anything left pressed: the next click is a click.
+    pointer.press(place);
+    pointer.release(place);
+    expectOneCommand(1);
+}
+
+void TestMainWindow::secondFingerClicksNothingElse()
+{
+    const auto fingers = [&] { return QTest::touchEvent(view, Pointer::touchDevice()); };
+    for (const bool firstLiftsFirst : {true, false}) {
+        makeReady();
+        const QPoint first = centreOf("Manual Calibration");
+        const QPoint second = centreOf("Touch Calibration");
+        QVERIFY(first != second);
+        fingers().press(0, first, view);
+        fingers().stationary(0).press(1, second, view);
+        if (firstLiftsFirst) {
+            fingers().release(0, first, view).stationary(1);
+            fingers().release(1, second, view);
+        } else {
+            fingers().stationary(0).release(1, second, view);
+            fingers().release(0, first, view);
+        }
+        expectOneCommand(1);
+        view->onStatusChanged(0);
+    }
+    // Both lifted, one finger does what it did before.
+    makeReady();
+    fingers().press(0, centreOf("Touch Calibration"), view);
+    fingers().release(0, centreOf("Touch Calibration"), view);
+    expectOneCommand(4);
+}
+
+void TestMainWindow::clickMakesTheWindowActive_data()
+{
+    addPointers();
+}
+
+void TestMainWindow::clickMakesTheWindowActive()
+{
+    QFETCH(bool, isFinger);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(other.isActiveWindow());
+    Pointer pointer(view, isFinger);
+    pointer.press({2, 2});
+    pointer.release({2, 2});
+    QTRY_VERIFY(!other.isActiveWindow());
+    QTRY_COMPARE(QGuiApplication::focusWindow(), view);
+}
+
+void TestMainWindow::clickInTheActiveWindowMovesNoFocus_data()
+{
+    addPointers();
+}
+
+void TestMainWindow::clickInTheActiveWindowMovesNoFocus()
+{
+    QFETCH(bool, isFinger);
+    makeReady();
+    QSignalSpy changes(qApp, &QGuiApplication::focusWindowChanged);
+    Pointer pointer(view, isFinger);
+    for (int click = 0; click < 3; ++click) {
+        pointer.press({2, 2});
+        pointer.release({2, 2});
+    }
+    QCoreApplication::processEvents();
+    QVERIFY(changes.isEmpty());
 }
 
 // --- Commands ---------------------------------------------------------------------------------

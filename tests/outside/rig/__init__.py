@@ -9,9 +9,10 @@ from .app import App
 from .bus import Bus
 from .desktop import Desktop
 from .hands import HANDS, step
+from .mate import Mate
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 
-__all__ = ["App", "Bus", "Desktop", "HANDS", "Subject", "adopt_orphans", "is_running", "memory_of",
-           "stage", "step", "wait_for"]
+__all__ = ["App", "Bus", "Desktop", "HANDS", "Mate", "Subject", "adopt_orphans", "is_running",
+           "memory_of", "stage", "step", "wait_for"]

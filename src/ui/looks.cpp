@@ -1,0 +1,111 @@
+#include "looks.h"
+
+#include "ui/viewcolours.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace {
+
+using namespace ViewColours;
+
+// Lengths follow the font, and with it the screen's density: 0.55em around it make an entry 35 px
+// high at 96 dpi. Names in @ are those of the colours.
+const char* const sheet = R"(
+QMenuBar { background: @surface@; color: white; padding: 0; }
+QMenuBar::item { padding: 0.55em 0.7em; background: transparent; }
+QMenuBar::item:selected { background: @raised@; }
+QMenuBar::item:pressed { background: @secondary900@; }
+QMenuBar::item:disabled { color: @dimmed@; }
+QMenu { background: @raised@; color: white; border: 1px solid @line@; padding: 0.3em; }
+QMenu::item { padding: 0.6em 2em 0.6em 1em; border-radius: 3px; }
+QMenu::item:selected { background: @secondary900@; }
+QMenu::item:disabled { color: @dimmed@; }
+QMenu::separator { height: 1px; background: @line@; margin: 0.3em 1em; }
+QPushButton { background: @secondary900@; color: white; border: 2px solid transparent;
+              border-radius: 3px; padding: 0.5em 1.5em; min-width: 4em; }
+QPushButton:hover { background: @hovered@; border-color: @secondary500@; }
+QPushButton:pressed { background: @pressed@; }
+QPushButton:focus { border-color: white; }
+QPushButton:disabled { background: @raised@; color: @dimmed@; }
+QToolTip { background: @raised@; color: white; border: 1px solid @line@; }
+)";
+
+struct Colour
+{
+    const char* name;
+    const char* value;
+};
+
+constexpr Colour colours[] = {{"surface", surface},
+                              {"raised", raised},
+                              {"line", line},
+                              {"dimmed", dimmed},
+                              {"hovered", hovered},
+                              {"pressed", pressed},
+                              {"secondary500", secondary500},
+                              {"secondary900", secondary900}};
+
+struct PaletteRow
+{
+    QPalette::ColorRole role;
+    const char* value;
+};
+
+constexpr PaletteRow paletteRows[] = {
+    {QPalette::Window, surface},
+    {QPalette::WindowText, "white"},
+    {QPalette::Base, surface},
+    {QPalette::AlternateBase, raised},
+    {QPalette::Text, "white"},
+    {QPalette::Button, raised},
+    {QPalette::ButtonText, "white"},
+    {QPalette::BrightText, "white"},
+    {QPalette::Highlight, secondary900},
+    {QPalette::HighlightedText, "white"},
+    {QPalette::ToolTipBase, raised},
+    {QPalette::ToolTipText, "white"},
+    {QPalette::PlaceholderText, dimmed},
+    {QPalette::Link, secondary500},
+    {QPalette::LinkVisited, secondary500},
+};
+
+QPalette palette()
+{
+    // The constructor derives the shades of borders and edges.
+    QPalette result {QColor(QLatin1String(raised)), QColor(QLatin1String(surface))};
+    for (const PaletteRow& row : paletteRows)
+        result.setColor(row.role, QLatin1String(row.value));
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        result.setColor(QPalette::Disabled, role, QLatin1String(dimmed));
+    return result;
+}
+
+QString styleSheet()
+{
+    QString text = QLatin1String(sheet);
+    for (const Colour& colour : colours)
+        text.replace(QLatin1Char('@') + QLatin1String(colour.name) + QLatin1Char('@'),
+                     QLatin1String(colour.value));
+    return text;
+}
+
+} // namespace
+
+void applyLooks()
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(palette());
+    qApp->setStyleSheet(styleSheet());
+}
+
+int menuBarHeight()
+{
+    QMenuBar bar;
+    bar.addAction(QStringLiteral("File"));
+    return bar.sizeHint().height();
+}
