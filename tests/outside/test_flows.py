@@ -9,7 +9,6 @@ from rig import HANDS, views, wait_for
 READY = "Started and ready"
 AUTOSTART, CPU_STATE, RATIO_WARNED, ADVICE_WANTED = 2, 4, 13, 14  # lines of the user's settings
 KEEP_AWAKE, AT_REST = "2", "0"  # values of CPU_STATE
-QUICK = "on a|m|t after 300 status 0\n"  # a calibration that takes no time
 DONT_SHOW = "Don't show this message again."
 ADVICE = "Auto calibration depends on the type of your screen"
 RATE = "sure that your external display is running"
@@ -24,7 +23,7 @@ def hand(request):
 
 @pytest.fixture
 def ready(install):
-    app = install(scenario=QUICK).start()
+    app = install().start()
     app.wait_until_shows(READY)
     return app
 

@@ -102,6 +102,7 @@ def test_flood_on_the_engines_error_channel_is_not_kept(install):
     line = "x" * 999
     app = install(scenario=f'at 0 status 0\non t print-error "{line}" repeat 50000\n'
                            'on t status -2\n').start()
+    app.allow(f"^{line}$")
     app.wait_until_shows("Started and ready")
     before = memory_of(app.pid)
     app.click("Touch Calibration")

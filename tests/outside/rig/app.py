@@ -6,18 +6,9 @@ import shutil
 import signal
 import subprocess
 
-from . import processes
+from . import log, processes
 from .journal import read_journal
 
-# Lines of Qt's message log that are no fault of the program.
-ALLOWED_WARNINGS = (
-    # Ending the engine, or a tool that hangs, is what destroying its process object is for.
-    re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
-    # Qt gives the view its focus back before the hidden window around it is on the screen again;
-    # it gets the focus all the same, with that window.
-    re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
-)
-_WARNING = re.compile(r"^\[(warning|critical|fatal)\]")
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
 _PROGRAMS = ("vireon", "vireon-main", "vireon-sdk")
 
@@ -46,6 +37,7 @@ class App:
         self.journal_path = directory / "journal"
         self.scenario_path = directory / "engine.scenario"
         self.process = None
+        self._allowed = []
         self._environment = dict(environment or {})
         self._log_path = directory / "stderr"
         self._output_path = directory / "stdout"
@@ -59,10 +51,10 @@ class App:
 
     def start(self, *arguments):
         """Starts it; returns at once. Its log and output go on in the same files."""
-        with open(self._log_path, "ab") as log, open(self._output_path, "ab") as output:
+        with open(self._log_path, "ab") as errors, open(self._output_path, "ab") as output:
             self.process = processes.spawn(
                 [self.programs / "vireon", *arguments], env=self.environment(),
-                cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=log)
+                cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=errors)
         return self
 
     def environment(self):
@@ -73,7 +65,7 @@ class App:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_QUICK_BACKEND": "software",
             "LIBGL_ALWAYS_SOFTWARE": "1",
-            "QT_MESSAGE_PATTERN": "[%{type}] %{message}",
+            "QT_MESSAGE_PATTERN": log.MESSAGE_PATTERN,
             "VIREON_SIM_JOURNAL": str(self.journal_path),
         })
         if self.scenario_path.exists():
@@ -129,7 +121,7 @@ class App:
     def texts(self):
         """The visible texts."""
         return [item.name for item in self.items()
-                if item.name and item.role in ("label", "static", "text")]
+                if item.name and item.role in ("label", "static", "text", "heading")]
 
     def shows(self, text):
         """Whether one of the visible texts contains this."""
@@ -237,12 +229,15 @@ class App:
         """The letters that engines took: all, or those of one start (from 1)."""
         return [event.letter for event in self.journal("letter") if start in (None, event.start)]
 
+    def allow(self, pattern):
+        """Expects lines like this on its standard error: they are no faults then."""
+        self._allowed.append(re.compile(pattern))
+
     def faults(self):
         """Warnings nobody allowed and sanitizer reports: what fails a test by itself."""
         found = []
         if self._log_path.exists():
-            found += [line for line in self.log() if _WARNING.match(line)
-                      and not any(pattern.search(line) for pattern in ALLOWED_WARNINGS)]
+            found += log.unexpected(self.log(), self._allowed)
         for report in sorted(self.directory.glob("sanitizer.*")):
             found += [f"{report.name}:\n{report.read_text(errors='replace')[:6000]}"]
         return found

@@ -21,7 +21,8 @@ class Reader:
         app.act(name)
 
     def choose(self, app, menu, entry):
-        app.act(menu, "ShowMenu")
+        if not app.clickable(entry):  # a menu stays open when an entry is pressed in this way
+            app.act(menu, "ShowMenu")
         app.act(entry)
 
 

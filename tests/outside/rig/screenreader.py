@@ -68,9 +68,11 @@ class ScreenReader:
         return [action[0] for action in self._call(item.owner, item.path, _ACTION, "GetActions")[0]]
 
     def act(self, item, action="Press"):
-        """Has the item do it."""
-        index = self.actions(item).index(action)
-        self._call(item.owner, item.path, _ACTION, "DoAction", GLib.Variant("(i)", (index,)))
+        """Has the item do it. Nobody waits for an answer: it comes after a box that opens."""
+        index = GLib.Variant("(i)", (self.actions(item).index(action),))
+        self._bus.call(item.owner, item.path, _ACTION, "DoAction", index, None,
+                       Gio.DBusCallFlags.NONE, -1, None, None)
+        self._bus.flush_sync(None)
 
     @staticmethod
     def _connect(address):

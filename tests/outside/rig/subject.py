@@ -4,7 +4,7 @@ import os
 import subprocess
 import threading
 
-from . import processes
+from . import log, processes
 from .app import built_programs
 
 
@@ -25,10 +25,10 @@ class Subject:
         self._log_path = directory / "stderr"
         directory.mkdir()
         program = os.path.join(built_programs(), "../tests/subjects", name)
-        with open(self._log_path, "wb") as log:
+        with open(self._log_path, "wb") as errors:
             self.process = processes.spawn(
                 [program, *arguments], env=self._environment(desktop, environment), cwd=directory,
-                stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log)
+                stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=errors)
         threading.Thread(target=self._read, daemon=True).start()
 
     @property
@@ -75,9 +75,10 @@ class Subject:
             return {os.path.basename(line.split()[-1]) for line in maps if "/" in line}
 
     def reports(self):
-        """What a sanitizer found in it."""
-        return [report.read_text(errors="replace")[:6000]
-                for report in sorted(self._directory.glob("sanitizer.*"))]
+        """Warnings nobody allowed, and what a sanitizer found in it."""
+        return log.warnings(self.log()) + [
+            report.read_text(errors="replace")[:6000]
+            for report in sorted(self._directory.glob("sanitizer.*"))]
 
     def end(self):
         processes.end(self.pid)
@@ -95,6 +96,7 @@ class Subject:
             "QT_QUICK_BACKEND": "software",
             "LIBGL_ALWAYS_SOFTWARE": "1",
             "NO_AT_BRIDGE": "1",
+            "QT_MESSAGE_PATTERN": log.MARK_WARNINGS,
             "TMPDIR": str(self._directory),
         })
         variables.update(processes.sanitizer_options(self._directory))

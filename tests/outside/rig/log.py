@@ -1,0 +1,32 @@
+"""What must not be on a log: any warning but those that are listed here."""
+
+import re
+
+# Each line of Qt's message log tells its kind; what Qt, QML and this program say of a mistake
+# (a binding loop, an undefined value, ...) is a warning.
+MESSAGE_PATTERN = "[%{type}] %{message}"
+# For programs whose notes are read as they are.
+MARK_WARNINGS = ("%{if-warning}[warning] %{endif}%{if-critical}[critical] %{endif}"
+                 "%{if-fatal}[fatal] %{endif}%{message}")
+_WARNING = re.compile(r"^\[(warning|critical|fatal)\]")
+_NOTE = re.compile(r"^\[(debug|info)\]")
+
+# Lines that are no fault of the program.
+ALLOWED = (
+    # Ending the engine, or a tool that hangs, is what destroying its process object is for.
+    re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
+    # Qt gives the view its focus back before the hidden window around it is on the screen again;
+    # it gets the focus all the same, with that window.
+    re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
+)
+
+
+def unexpected(lines, allowed=()):
+    """The warnings, and what libraries print past Qt's log, where nobody allowed it."""
+    return [line for line in lines if line and not _NOTE.match(line)
+            and not any(pattern.search(line) for pattern in (*ALLOWED, *allowed))]
+
+
+def warnings(lines):
+    """The warnings on the log alone, of a program on whose standard error other things may be."""
+    return [line for line in unexpected(lines) if _WARNING.match(line)]
