@@ -7,10 +7,6 @@
 # simulated engine there.
 set(programDirectory bin/Vireon)
 set(shareDirectory "${PROJECT_BINARY_DIR}/share")
-# For everyone to read, whatever the umask of who makes the package.
-set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
 
 install(TARGETS vireon DESTINATION ${programDirectory} COMPONENT vireon)
 install(PROGRAMS packaging/Vireon.sh DESTINATION ${programDirectory} COMPONENT vireon)
