@@ -67,6 +67,8 @@ def test_desktop_entry_is_valid():
     assert values["Exec"] == LAUNCHER
     assert values["Icon"] == "vireon"
     assert values["DBusActivatable"] == "true"
+    # Nobody would end the busy pointer of a start that comes as a call on the bus.
+    assert values["StartupNotify"] == "false"
     assert len({values[key] for key in ("Comment", "Comment[de]", "Comment[ja]")}) == 3
 
 
