@@ -60,7 +60,7 @@ def test_burst_is_shown_one_by_one(service, window, environment):
         hub.ask("message", text)
     times = [service.wait_for(*"ABC"[:count]) for count in (1, 2, 3)]
     for earlier, later in zip(times, times[1:]):
-        assert SHOWN_S - 0.5 < later - earlier < SHOWN_S + 5
+        assert SHOWN_S - 0.5 < later - earlier < SHOWN_S + 15
     # All calls have the program's name as their title.
     assert {arguments[3] for arguments in service.calls("Notify")} == {"Vireon"}
 
@@ -141,7 +141,7 @@ def test_hint_comes_before_not_calibrated(service, install):
     assert service.texts() == []
     first = service.wait_for(OLD_FIRMWARE)
     second = service.wait_for(OLD_FIRMWARE, NOT_CALIBRATED)
-    assert SHOWN_S - 0.5 < second - first < SHOWN_S + 5
+    assert SHOWN_S - 0.5 < second - first < SHOWN_S + 15
 
 
 def test_not_calibrated_is_said_each_time(service, install):
@@ -149,7 +149,7 @@ def test_not_calibrated_is_said_each_time(service, install):
     app = install(scenario="at 500 status -6\n").start()
     first = service.wait_for(NOT_CALIBRATED)
     second = service.wait_for(NOT_CALIBRATED, NOT_CALIBRATED)
-    assert SHOWN_S - 0.5 < second - first < SHOWN_S + 5
+    assert SHOWN_S - 0.5 < second - first < SHOWN_S + 15
     assert app.log_count(r"^\[debug\] status -6$") == 2
 
 

@@ -47,3 +47,27 @@ def test_quit_sends_its_command_when_the_engine_gets_ready_meanwhile(install):
     (app.data / "pensettings.ini").write_text("Result=0\nFirmware=5\n")
     assert app.wait() == 0
     assert app.letters() == ["Q"]
+
+
+def test_second_request_changes_nothing(app):
+    app.wait_until_shows("Started and ready")
+    app.signal(signal.SIGTERM)
+    wait_for(lambda: app.log_count(r"Quit Vireon clicked"), interval=0.005)
+    for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
+        app.signal(number)
+    assert app.wait() == 0
+    assert app.letters() == ["Q"]
+    assert app.log_count(r"Quit Vireon clicked") == 1
+
+
+@pytest.mark.parametrize("choices, open_item", [(["File"], "Exit"),
+                                                (["File", "Update Firmware"], "Start")])
+def test_quits_with_a_menu_or_a_box_open(install, choices, open_item):
+    app = install(scenario="at 0 status 0 firmware 1\n").start()
+    app.wait_until_shows("Started and ready")
+    wait_for(lambda: app.log_count("firmware version: 1"), what="the firmware's version")
+    for choice in choices:
+        app.click(choice)
+    wait_for(lambda: app.clickable(open_item), what=f"{open_item!r}")
+    assert app.quit() == 0
+    assert app.letters() == ["Q"]
