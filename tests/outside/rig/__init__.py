@@ -9,10 +9,11 @@ from .app import App
 from .bus import Bus
 from .desktop import Desktop
 from .dunst import Dunst
+from .indicator import Indicator
 from .mate import Mate, MateSession
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 
-__all__ = ["App", "Bus", "Desktop", "Dunst", "Mate", "MateSession", "Subject", "adopt_orphans",
-           "is_running", "memory_of", "stage", "wait_for"]
+__all__ = ["App", "Bus", "Desktop", "Dunst", "Indicator", "Mate", "MateSession", "Subject",
+           "adopt_orphans", "is_running", "memory_of", "stage", "wait_for"]

@@ -68,6 +68,12 @@ def name_of(pid):
         return "?"
 
 
+def maps_of(pid):
+    """The names of the files that are mapped into a process."""
+    lines = pathlib.Path(f"/proc/{pid}/maps").read_text(errors="replace").splitlines()
+    return {os.path.basename(line.split()[-1]) for line in lines if "/" in line}
+
+
 def memory_of(pid):
     """Resident memory in bytes."""
     for line in pathlib.Path(f"/proc/{pid}/status").read_text().splitlines():
