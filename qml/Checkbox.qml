@@ -89,6 +89,7 @@ Rectangle {
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.ceil(implicitWidth) // so that the marks of two boxes line up
             color: "white"
             font.family: fontfamily
             font.pixelSize: 16

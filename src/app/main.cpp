@@ -16,6 +16,7 @@
 #include <QIcon>
 #include <QLocale>
 #include <QMessageBox>
+#include <QQuickWindow>
 #include <QTextCodec>
 #include <QTranslator>
 
@@ -35,6 +36,15 @@ void installTranslation(QTranslator& translator)
                                         QStringLiteral(":/translations"));
     qDebug() << language << " translation loading: " << (loaded ? "true" : "false");
     QCoreApplication::installTranslator(&translator);
+}
+
+/// The view is small and mostly still. Drawn without GL the program takes 60 MB instead of 87 to
+/// 96, and 2 % of a processor instead of 16 to 33 while "Loading..." turns, at an even 60 pictures
+/// per second; it starts as fast, and neither takes anything when idle (bench/renderers, no GPU).
+void chooseRenderer()
+{
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
 }
 
 /// Ends the process without the static destructors, which must not run under living threads.
@@ -58,6 +68,7 @@ int run(int& argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
     applyLooks();
+    chooseRenderer();
 
     RunGuard guard(GS::instance()->appName);
     if (!guard.tryToRun()) {

@@ -3,11 +3,12 @@
 #include <QProcess>
 
 /**
- * A program of the engine: the engine itself or its command-line tool.
+ * A program that works for the controller only: the engine, its command-line tool, the helper that
+ * keeps a processor awake.
  *
  * It runs in the application's own directory, with the environment of the controller. It never
- * outlives the thread that started it, which for the engine is the controller: the kernel sends it
- * SIGTERM then, also when the controller is killed. Its standard error goes where the
+ * outlives the thread that started it, which is the controller but for the tool: the kernel sends
+ * it SIGTERM then, also when the controller is killed. Its standard error goes where the
  * controller's goes: unread, it would pile up in the process object.
  */
 class EngineProcess : public QProcess

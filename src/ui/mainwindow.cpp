@@ -4,6 +4,7 @@
 #include "app/splash.h"
 #include "desktopnotifier.h"
 #include "display/resolutionchangenotifier.h"
+#include "engine/engineprocess.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
 #include "keyboardrouter.h"
@@ -24,7 +25,6 @@
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QQmlContext>
 #include <QQmlError>
@@ -794,7 +794,9 @@ void MainWindow::keepACpuRunning()
     setRootProperty("isKeepACpuRunning", true);
     qDebug() << "keepACpuRunning";
     if (!keepAwakeProcess) {
-        keepAwakeProcess = new QProcess;
+        keepAwakeProcess = new EngineProcess;
+        // Nobody reads its output, which would pile up here.
+        keepAwakeProcess->setStandardOutputFile(QProcess::nullDevice());
         qDebug() << "keepACpuRunning create ";
     }
     qDebug() << "keepACpuRunning";

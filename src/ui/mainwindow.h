@@ -55,7 +55,8 @@ public:
     void createActions();
     void createMenus();
 
-    /// Starts the helper that keeps a processor awake; what became of it is not looked at.
+    /// Starts the helper that keeps a processor awake; what became of it is not looked at. It ends
+    /// with the program, however that ends.
     void keepACpuRunning();
 
     /// Starts or ends that helper, as GS::cpuState says.

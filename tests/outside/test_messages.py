@@ -1,175 +1,105 @@
-"""The program's messages, as the notification service takes them: texts, order, times."""
-
-import time
+"""The program's messages as a notification daemon takes them: texts, order, pace."""
 
 import pytest
 
-from rig import wait_for
+from rig import Dunst, Mate, wait_for
 
-SERVICE = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
-UNITY = {"XDG_CURRENT_DESKTOP": "Unity"}
-NO_TRAY = {"XDG_CURRENT_DESKTOP": None}
-SHOWN_S = 5
+HINT = "Running in background, you can open and quit the window from the icon-tray."
+HINT_WITHOUT_TRAY = "Running in background. Start Vireon again to open the window."
 NOT_CALIBRATED = "Vireon not calibrated. Please Calibrate!"
-OLD_FIRMWARE = ("Camera unit firmware is old version. Please click 'File' in the task bar to "
-                "update it.")
-TRAY_HINT = "Running in background, you can open and quit the window from the icon-tray."
-NO_TRAY_HINT = "Running in background. Start Vireon again to open the window."
+OLD_FIRMWARE = ("Camera unit firmware is old version. "
+                "Please click 'File' in the task bar to update it.")
+PACE = 5  # s from one message to the next
+WATCHER = "org.kde.StatusNotifierWatcher"
+GNOME = {"XDG_CURRENT_DESKTOP": "GNOME"}
+UNITY = {"XDG_CURRENT_DESKTOP": "Unity"}
 
-
-class Service:
-    """A notification service that keeps what it is told."""
-
-    def __init__(self, desktop, bus):
-        self._bus = bus
-        desktop.start("/usr/bin/python3", "-m", "dbusmock", "--session",
-                      "--template", "notification_daemon")
-        bus.wait_for_owner(SERVICE[0])
-
-    def calls(self, method):
-        """The arguments of all calls of this method."""
-        return [arguments for name, arguments in self._bus.mock_calls(*SERVICE) if name == method]
-
-    def texts(self):
-        return [arguments[4] for arguments in self.calls("Notify")]
-
-    def wait_for(self, *texts):
-        """Waits for exactly these, and tells when the last one was seen."""
-        wait_for(lambda: len(self.texts()) >= len(texts), what=f"{texts}; shown: {self.texts()}")
-        assert self.texts() == list(texts)
-        return time.monotonic()
+# Old firmware; not calibrated, in both of its kinds; away and back. The first report is one that
+# has no message, since it comes twice: for its status and for its firmware.
+BURST = """at 0 status -1 firmware 1
+at 1500 status -6
+at 3000 status -14
+at 4500 status -1
+at 6000 status 0
+"""
 
 
 @pytest.fixture
-def service(desktop, bus):
-    return Service(desktop, bus)
+def daemon(desktop):
+    return Dunst(desktop)
 
 
-@pytest.fixture
-def window(subject, service):
-    """window(environment): the main window, without an engine."""
-    def start(environment):
-        return subject("mainwindowsubject", environment=environment).ready()
-    return start
-
-
-@pytest.mark.parametrize("environment", [NO_TRAY, UNITY])
-def test_burst_is_shown_one_by_one(service, window, environment):
-    hub = window(environment)
-    for text in "ABC":
-        hub.ask("message", text)
-    times = [service.wait_for(*"ABC"[:count]) for count in (1, 2, 3)]
-    for earlier, later in zip(times, times[1:]):
-        assert SHOWN_S - 0.5 < later - earlier < SHOWN_S + 5
-    # All calls have the program's name as their title.
-    assert {arguments[3] for arguments in service.calls("Notify")} == {"Vireon"}
-
-
-def test_empty_text_shows_the_next(service, window):
-    hub = window(NO_TRAY)
-    begin = time.monotonic()
-    for text in "ABC":
-        hub.ask("message", text)
-    hub.ask("message", "")
-    hub.ask("call", "showMessage")
-    assert service.wait_for(*"ABC") - begin < SHOWN_S
-    # One text more than there are leaves nothing behind.
-    hub.ask("message", "")
-    hub.ask("message", "D")
-    service.wait_for(*"ABCD")
-
-
-def test_message_is_taken_away_where_no_tray_shows_it(service, window):
-    hub = window(NO_TRAY)
-    for text in "AB":
-        hub.ask("message", text)
-    service.wait_for("A")
-    hub.ask("call", "hideMessage")
-    wait_for(lambda: service.calls("CloseNotification") == [[1]], what="a closed message")
-    # The queue goes on as ever.
-    service.wait_for(*"AB")
-
-
-def test_message_stays_on_unity(service, window):
-    hub = window(UNITY)
-    hub.ask("message", "A")
-    hub.ask("call", "hideMessage")
-    hub.ask("message", "B")
-    service.wait_for(*"AB")
-    assert service.calls("CloseNotification") == []
-
-
-@pytest.mark.parametrize("environment, hint", [(NO_TRAY, NO_TRAY_HINT), (UNITY, TRAY_HINT)])
-def test_hint_of_the_background_comes_once(service, window, environment, hint):
-    hub = window(environment)
-    hub.ask("call", "onClosing")
-    service.wait_for(hint)
-    hub.ask("call", "showWindow")
-    hub.ask("call", "onClosing")
-    hub.ask("message", "next")
-    hub.ask("call", "showMessage")
-    service.wait_for(hint, "next")
-
-
-@pytest.mark.parametrize("slot, texts", [
-    ("singlePointerMode", ["Single Input(Mouse) mode is active"] * 2),
-    ("multiPointerMode", ["Multi Input (Touch) mode is active"] * 2),
-    ("pauseResumeCalibration", ["Calibration is paused! Mouse/Touch will not work",
-                                "Calibration resumed"]),
-    ("resetCalibration", [NOT_CALIBRATED] * 2),
-])
-def test_commands_say_what_they_did(service, window, slot, texts):
-    hub = window(NO_TRAY)
-    for _ in texts:
-        hub.ask("call", slot)
-        hub.ask("call", "showMessage")
-    service.wait_for(*texts)
-
-
-def test_refused_reset_says_nothing(service, window):
-    hub = window(NO_TRAY)
-    for status in ("-1", "-12"):
-        hub.ask("status", status)
-        hub.ask("call", "resetCalibration")
-    hub.ask("message", "next")
-    service.wait_for("next")
-
-
-def test_hint_comes_before_not_calibrated(service, install):
-    app = install(scenario="at 0 status -1 firmware 1\nat 3000 status -6\n").start()
-    app.wait_until_shows("Not connected to Vireon.")
-    assert service.texts() == []
-    first = service.wait_for(OLD_FIRMWARE)
-    second = service.wait_for(OLD_FIRMWARE, NOT_CALIBRATED)
-    assert SHOWN_S - 0.5 < second - first < SHOWN_S + 5
-
-
-def test_not_calibrated_is_said_each_time(service, install):
-    # The status comes first and the firmware's version a moment later: two reports of -6.
-    app = install(scenario="at 500 status -6\n").start()
-    first = service.wait_for(NOT_CALIBRATED)
-    second = service.wait_for(NOT_CALIBRATED, NOT_CALIBRATED)
-    assert SHOWN_S - 0.5 < second - first < SHOWN_S + 5
-    assert app.log_count(r"^\[debug\] status -6$") == 2
-
-
-def test_old_firmware_is_said_once(service, install):
-    app = install(scenario="at 0 status -1 firmware 1\nat 4000 status 0\nat 5000 status 3\n"
-                           "at 6000 status -6\n").start()
-    app.wait_until_shows("Not connected to Vireon.")
-    app.click("File")
-    assert not wait_for(lambda: app.clickable("Update Firmware"), what="the entry").enabled
-    service.wait_for(OLD_FIRMWARE)
-    wait_for(lambda: app.clickable("Update Firmware").enabled, what="an entry to choose")
-    app.key("Escape")
-    service.wait_for(OLD_FIRMWARE, NOT_CALIBRATED)
-
-
-def test_hiding_by_the_menu_never_quits(service, install, desktop):
-    app = install().start()
-    app.wait_until_shows("Started and ready")
-    app.click("File")
-    app.click("Hide")
-    service.wait_for(NO_TRAY_HINT)
+def close(app):
+    """Closes the window with its close button."""
+    wait_for(app.windows, what="the window")
+    app.desktop.run("wmctrl", "-c", "Vireon")
     wait_for(lambda: not app.windows(), what="a hidden window")
-    assert app.is_running() and not app.log_count("Quit Vireon clicked")
+
+
+def bodies(daemon):
+    return [message.body for message in daemon.messages()]
+
+
+def expect_burst(install, daemon, environment, hint):
+    """Four messages in 2 s and nothing twice that is to come once; each for its 5 s."""
+    app = install(scenario=BURST, environment=environment).start()
+    app.wait_until_shows("Started and ready")
+    close(app)
+    expected = [OLD_FIRMWARE, NOT_CALIBRATED, NOT_CALIBRATED, hint]
+    wait_for(lambda: len(daemon.messages()) >= len(expected), what=lambda: daemon.messages())
+    messages = daemon.messages()
+    assert [message.body for message in messages] == expected
+    assert {message.summary for message in messages} == {"Vireon"}
+    gaps = [later.time - earlier.time for earlier, later in zip(messages, messages[1:])]
+    assert min(gaps) > PACE - 0.5, gaps
+    return app
+
+
+def test_burst_keeps_order_and_pace_on_gnome(install, daemon):
+    expect_burst(install, daemon, GNOME, HINT_WITHOUT_TRAY)
+
+
+def test_burst_keeps_order_and_pace_on_unity(install, daemon):
+    expect_burst(install, daemon, UNITY, HINT)
+
+
+@pytest.mark.parametrize("make_desktop", [Mate])
+def test_burst_keeps_order_and_pace_on_mate(install, daemon, bus):
+    bus.wait_for_owner(WATCHER)
+    expect_burst(install, daemon, {}, HINT)
+
+
+def test_hint_comes_once(install, daemon):
+    app = install(environment=GNOME,
+                  scenario="at 0 status 0\nat 6000 status -6\nat 12000 status -14\n").start()
+    app.wait_until_shows("Started and ready")
+    close(app)
+    # Each report shows the window again.
+    app.wait_until_shows("not calibrated")
+    close(app)
+    wait_for(lambda: len(bodies(daemon)) >= 3, what="three messages")
+    assert bodies(daemon) == [HINT_WITHOUT_TRAY, NOT_CALIBRATED, NOT_CALIBRATED]
+
+
+@pytest.mark.parametrize("environment", [GNOME, {"XDG_CURRENT_DESKTOP": None}])
+def test_second_start_is_the_way_back(desktop, install, daemon, environment):
+    first = install(environment=environment).start()
+    first.wait_until_shows("Started and ready")
+    (window,) = first.windows()
+    for away in (lambda: desktop.run("wmctrl", "-c", "Vireon"),
+                 lambda: desktop.run("xdotool", "windowminimize", window)):
+        away()
+        wait_for(lambda: not viewable(desktop, window), what="a window out of sight")
+        second = install(home=first.home, environment={
+            **environment, "TMPDIR": str(first.temporary)}).start()
+        second.wait_until_shows("Vireon application is already running.")
+        second.key("Return")
+        assert second.wait() == 0
+        wait_for(lambda: viewable(desktop, window), what="the first copy's window")
+        active = wait_for(lambda: desktop.run("xdotool", "getactivewindow"))
+        assert int(active) == int(window, 16)
+    assert bodies(daemon) == [HINT_WITHOUT_TRAY]
+
+
+def viewable(desktop, window):
+    return "IsViewable" in desktop.run("xwininfo", "-id", window)

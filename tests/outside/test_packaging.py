@@ -1,6 +1,7 @@
 """What is installed around the program."""
 
 import configparser
+import os
 import pathlib
 import shutil
 import subprocess
@@ -9,11 +10,43 @@ import time
 import pytest
 
 from rig import wait_for
+from rig.app import built_programs
 
 PACKAGING = pathlib.Path(__file__).parents[2] / "packaging"
 NAME = "com.corvanthel.Vireon"
-LAUNCHER = "/usr/local/bin/Vireon/Vireon.sh"
+PLACE = "/usr/local/bin/Vireon"
+LAUNCHER = f"{PLACE}/Vireon.sh"
 WATCHER = "org.kde.StatusNotifierWatcher"
+BUILD = pathlib.Path(built_programs()).parent
+ICON_SIZES = [f"{size}x{size}" for size in (16, 22, 24, 32, 48, 64, 128, 256, 512)]
+INSTALLED = {
+    f"{PLACE}/vireon": 0o755,
+    LAUNCHER: 0o755,
+    f"{PLACE}/config/vireon.conf": 0o644,
+    f"{PLACE}/Corvanthel.png": 0o644,
+    f"{PLACE}/CorvanthelSmall.png": 0o644,
+    f"/usr/local/share/applications/{NAME}.desktop": 0o644,
+    f"/usr/local/share/dbus-1/services/{NAME}.service": 0o644,
+    "/usr/local/share/icons/hicolor/scalable/apps/vireon.svg": 0o644,
+    **{f"/usr/local/share/icons/hicolor/{size}/apps/vireon.png": 0o644 for size in ICON_SIZES},
+}
+SIMULATOR = {f"{PLACE}/vireon-main": 0o755, f"{PLACE}/vireon-sdk": 0o755}
+
+
+def files_in(root):
+    """All files below a directory: path from there, permissions."""
+    return {"/" + str(path.relative_to(root)): path.stat().st_mode & 0o7777
+            for path in root.rglob("*") if not path.is_dir()}
+
+
+def run(*command, **options):
+    return subprocess.run([str(word) for word in command], check=True, stdout=subprocess.PIPE,
+                          text=True, **options).stdout
+
+
+def install_into(root, component):
+    run("cmake", "--install", BUILD, "--component", component,
+        env={**os.environ, "DESTDIR": str(root)})
 
 
 def entries(path):
@@ -32,7 +65,10 @@ def test_desktop_entry_is_valid():
     assert section == "Desktop Entry"
     assert values["Name"] == "Vireon"
     assert values["Exec"] == LAUNCHER
+    assert values["Icon"] == "vireon"
     assert values["DBusActivatable"] == "true"
+    # Nobody would end the busy pointer of a start that comes as a call on the bus.
+    assert values["StartupNotify"] == "false"
     assert len({values[key] for key in ("Comment", "Comment[de]", "Comment[ja]")}) == 3
 
 
@@ -40,6 +76,40 @@ def test_service_starts_the_launcher():
     section, values = entries(PACKAGING / f"{NAME}.service")
     assert section == "D-BUS Service"
     assert values == {"Name": NAME, "Exec": LAUNCHER}
+
+
+def test_package_has_its_files_and_fields(directory):
+    run("cpack", "-G", "DEB", "-B", directory / "made", cwd=BUILD)
+    (package,) = (directory / "made").glob("*.deb")
+    run("dpkg-deb", "-R", package, directory / "root")
+    control = directory / "root" / "DEBIAN"
+    fields = dict(line.split(": ", 1) for line in (control / "control").read_text().splitlines()
+                  if ": " in line)
+    assert fields["Package"] == "vireon" and fields["Version"] == "1.4.121"
+    depends = fields["Depends"].split(", ")
+    # The very Qt whose compiler made the views, as the package of its library calls it.
+    abi = run("dpkg-query", "-W", "-f", "${Provides}", "libqt5qml5").strip()
+    assert abi.startswith("qtdeclarative-abi-") and abi in depends
+    needed = ["qt5-image-formats-plugins", "fonts-dejavu-core", "qml-module-qtquick2",
+              "libayatana-appindicator1", "libnotify4", "libglib2.0-bin"]
+    assert [name for name in needed if name not in depends] == []
+    assert any(name.startswith("libqt5quick5 (>=") for name in depends)
+    assert (control / "conffiles").read_text() == f"{PLACE}/config/vireon.conf\n"
+    shutil.rmtree(control)
+    assert files_in(directory / "root") == INSTALLED
+
+
+def test_installed_program_runs_beside_an_engine(directory, install):
+    root = directory / "root"
+    install_into(root, "vireon")
+    assert files_in(root) == INSTALLED
+    install_into(root, "simulator")
+    assert files_in(root) == {**INSTALLED, **SIMULATOR}
+    app = install()
+    shutil.rmtree(app.programs)
+    shutil.copytree(root / PLACE[1:], app.programs)
+    app.start()
+    app.wait_until_shows("Started and ready")
 
 
 @pytest.fixture

@@ -1,5 +1,6 @@
 """Quitting, asked for by a signal."""
 
+import os
 import signal
 import time
 
@@ -47,3 +48,45 @@ def test_quit_sends_its_command_when_the_engine_gets_ready_meanwhile(install):
     (app.data / "pensettings.ini").write_text("Result=0\nFirmware=5\n")
     assert app.wait() == 0
     assert app.letters() == ["Q"]
+
+
+def test_second_request_changes_nothing(app):
+    app.wait_until_shows("Started and ready")
+    app.signal(signal.SIGTERM)
+    wait_for(lambda: app.log_count(r"Quit Vireon clicked"), interval=0.005)
+    for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
+        app.signal(number)
+    assert app.wait() == 0
+    assert app.letters() == ["Q"]
+    assert app.log_count(r"Quit Vireon clicked") == 1
+
+
+@pytest.mark.parametrize("choices, open_item", [(["File"], "Exit"),
+                                                (["File", "Update Firmware"], "Start")])
+def test_quits_with_a_menu_or_a_box_open(install, choices, open_item):
+    app = install(scenario="at 0 status 0 firmware 1\n").start()
+    app.wait_until_shows("Started and ready")
+    wait_for(lambda: app.log_count("firmware version: 1"), what="the firmware's version")
+    for choice in choices:
+        app.click(choice)
+    wait_for(lambda: app.clickable(open_item), what=f"{open_item!r}")
+    assert app.quit() == 0
+    assert app.letters() == ["Q"]
+
+
+@pytest.mark.parametrize("engine_first", [False, True], ids=["program first", "engine first"])
+@pytest.mark.parametrize("scenario", ["", SILENT], ids=["ready", "silent"])
+def test_interrupt_from_the_keyboard_ends_both(install, scenario, engine_first):
+    """Ctrl-C reaches the engine as well, which may be started once more before the program ends."""
+    app = install(scenario=scenario).start()
+    app.wait_until_shows("Starting up..." if scenario else "Started and ready")
+    pids = [app.pid, app.engine_pid()]
+    wait_for(lambda: app.journal("start"), what="the engine's start")
+    for pid in reversed(pids) if engine_first else pids:
+        os.kill(pid, signal.SIGINT)
+    assert app.wait() == 0
+    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    assert len(app.journal("start")) <= 2
+    assert app.log_count(r"Quit Vireon clicked") == 1
+    assert app.log_count(r'starting "?\./vireon-main') <= 2
+    assert app.log_count(r"status\s+-12") == 0

@@ -44,8 +44,13 @@ def test_creates_the_missing_directory(app):
 def test_second_copy_says_so_and_leaves(install):
     first = install().start()
     first.wait_until_shows("Started and ready")
-    (first.data / "fifo1").write_text("kept")
-    before = {name: (first.data / name).stat().st_mtime_ns for name in ("fifo1",)}
+    # What a start would delete, and what it would leave alone.
+    for name in (*LEFTOVERS, "mcCache", "notes"):
+        (first.data / name).write_text(f"kept {name}")
+    (first.data / "folder").mkdir()
+    (first.data / "folder" / "inner").write_text("kept")
+    before = state_of(first.data)
+    assert {"fifo1", "user.ini", "pensettings.ini", "folder/inner"} <= set(before)
 
     second = install(home=first.home, environment={"TMPDIR": str(first.temporary)}).start()
     second.wait_until_shows("Vireon application is already running.")
@@ -55,8 +60,9 @@ def test_second_copy_says_so_and_leaves(install):
     assert second.wait() == 0
     assert second.output() == ""
     assert second.journal() == []
-    assert {name: (first.data / name).stat().st_mtime_ns for name in before} == before
+    assert state_of(first.data) == before
     assert first.is_running()
+    assert len(first.journal("start")) == 1
 
     # Its hold ends with the first copy.
     assert first.quit() == 0
@@ -93,6 +99,17 @@ def test_home_with_letters_of_all_kinds(install, directory, locales, locale, nam
     wait_for(lambda: app.log_count(r"statuslistener\s+\"?0") == 2, what="ready again")
     app.quit()
     assert app.output().splitlines()[0] == f"directory {app.data} "
+
+
+def state_of(directory):
+    """What a directory holds: by name, the content and the times of change of everything in it."""
+    state = {}
+    for path in [directory, *directory.rglob("*")]:
+        status = path.lstat()
+        content = path.read_bytes() if path.is_file() else None
+        state[str(path.relative_to(directory))] = (
+            content, status.st_mode, status.st_ino, status.st_mtime_ns, status.st_ctime_ns)
+    return state
 
 
 def click_first_button(app):

@@ -1,10 +1,12 @@
 """Windows of the program's own under a real window manager."""
 
+import os
 import re
+import signal
 
 import pytest
 
-from rig import wait_for
+from rig import is_running, wait_for
 
 MAXIMISE = 0x10  # of the functions in _MOTIF_WM_HINTS
 
@@ -70,3 +72,40 @@ def test_closing_the_log_window_hides_it(desktop, windows):
     windows.send("show")
     shown(desktop, "Log Window")
     assert windows.ask("visible") == "log yes, widget yes"
+
+
+def test_main_window_tells_and_hides_at_the_end(desktop, subject):
+    hub = subject("mainwindowsubject").ready()
+    shown(desktop, "Vireon")
+    assert hub.ask("call", "slotAppQuitting") == "quitting"
+    assert hub.answer() == "done"
+    wait_for(lambda: "Vireon" not in titles(desktop), what="a hidden window")
+
+
+def test_main_window_is_hidden_by_its_close_button(desktop, subject):
+    hub = subject("mainwindowsubject").ready()
+    shown(desktop, "Vireon")
+    functions = re.search(r"= 0x[0-9a-f]+, 0x([0-9a-f]+)",
+                          hints(desktop, "Vireon", "_MOTIF_WM_HINTS")).group(1)
+    assert not int(functions, 16) & MAXIMISE
+    desktop.run("wmctrl", "-c", "Vireon")
+    wait_for(lambda: "Vireon" not in titles(desktop), what="a hidden window")
+    assert hub.ask("call", "showWindow") == "done"
+    shown(desktop, "Vireon")
+
+
+def test_helper_does_not_outlive_a_killed_controller(subject, directory):
+    helper = directory / "VireonIdle.exe"
+    helper.write_text(f"#!/bin/sh\necho $$ > {directory}/helper.pid\nexec sleep 600\n")
+    helper.chmod(0o755)
+    hub = subject("mainwindowsubject",
+                  environment={"PATH": f"{directory}:/usr/bin:/bin"}).ready()
+    # Where it is on by default, which the processor decides, the first click switches it off.
+    hub.ask("call", "toggleKeepACpuAwake")
+    if not any("Keep a CPU running" in line for line in hub.log()):
+        hub.ask("call", "toggleKeepACpuAwake")
+    number = directory / "helper.pid"
+    pid = int(wait_for(lambda: number.exists() and number.read_text().strip(), what="the helper"))
+    assert is_running(pid)
+    os.kill(hub.pid, signal.SIGKILL)
+    wait_for(lambda: not is_running(pid), what="the helper's end")

@@ -78,6 +78,24 @@ TestCase {
         }
     }
 
+    // Each of these properties of the item has this value; of a font it is "font.pixelSize" etc.
+    function compareValues(item, values) {
+        for (var name in values) {
+            var actual = name.split(".").reduce(function(value, part) { return value[part]; }, item);
+            if (values[name].r !== undefined)
+                verify(Qt.colorEqual(actual, values[name]), name + ": " + actual);
+            else
+                compare(actual, values[name], name);
+        }
+    }
+
+    // The text item that shows this, seen or not.
+    function textItem(view, text) {
+        var item = find(view, function(child) { return child.font !== undefined && child.text === text; });
+        verify(item, text);
+        return item;
+    }
+
     // The fill that lies over the control while the mouse is on it.
     function hoverFill(item) {
         return find(item, function(child) {

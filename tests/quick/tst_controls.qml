@@ -192,6 +192,65 @@ ViewTestCase {
         compare(item.height, 35);
     }
 
+    function test_buttonsPieces() {
+        var item = create("CButton", { btnText: "Go", icon: "\uf053" });
+        wait(20);
+        compareValues(textItem(item, "Go"), { color: Qt.rgba(1, 1, 1, 1), "parent.spacing": 8 });
+        compareValues(textItem(item, "\uf053"), { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome" });
+        verify(textItem(item, "\uf053").x < textItem(item, "Go").x);
+        compare(hoverFill(item).opacity, 0.2);
+    }
+
+    function test_selectionButtonsPieces() {
+        var item = create("CSelectionButton", { text: "Go", textIcon: "\uf013", isLeft: true, fontSize: 20 });
+        wait(20); // for the row to arrange
+        compareValues(textItem(item, "\uf053"), { "font.pixelSize": 16, "font.family": "FontAwesome",
+                                                  "anchors.verticalCenterOffset": 2, "parent.spacing": 5 });
+        compareValues(textItem(item, "Go"), { "font.pixelSize": 20, color: Qt.rgba(1, 1, 1, 1) });
+        verify(textItem(item, "\uf053").x < textItem(item, "\uf013").x);
+        verify(textItem(item, "\uf013").x < textItem(item, "Go").x);
+        verify(Math.abs(textItem(item, "Go").parent.x + textItem(item, "Go").parent.width / 2 - item.width / 2) <= 1);
+        compareValues(hoverFill(item), { radius: 5, color: Qt.rgba(1, 1, 1, 1) });
+        compareValues(item.children[0], { radius: 5, smooth: true });
+        item.isLeft = false;
+        wait(20);
+        verify(textItem(item, "\uf054").x > textItem(item, "Go").x);
+    }
+
+    function test_radioButtonsPieces() {
+        var item = create("CRadioButton", { text: "One" });
+        compareValues(textItem(item, "\uf10c"), { width: 20, "font.pixelSize": 22, "font.family": "FontAwesome",
+                                                  "parent.spacing": 5 });
+        compareValues(textItem(item, "One"), { "font.pixelSize": 18 });
+    }
+
+    function test_checkboxesPieces() {
+        var item = create("Checkbox");
+        compareValues(textItem(item, "✔"), { "font.pixelSize": 16, color: Qt.rgba(1, 1, 1, 1), "parent.spacing": 5 });
+        compareValues(textItem(item, "high"), { "font.pixelSize": 16, color: Qt.rgba(1, 1, 1, 1) });
+    }
+
+    function test_loadingIndicatorsPieces() {
+        var item = create("LoadingIndicator");
+        verify(Qt.colorEqual(item.color, "transparent"));
+        compareValues(textItem(item, "\uf110"), { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome",
+                                                  "parent.spacing": 10 });
+        compareValues(textItem(item, "Loading..."), { color: Qt.rgba(1, 1, 1, 1), "font.family": "Helvetica" });
+    }
+
+    // A turn takes 800 ms: what is seen after an eighth of it may come late, but not every time.
+    function test_loadingIndicatorTurnsEvenly() {
+        isLoading = true;
+        var spinner = textItem(create("LoadingIndicator"), "\uf110");
+        tryVerify(function() {
+            var angle = spinner.rotation;
+            var begin = Date.now();
+            wait(100);
+            var turned = (spinner.rotation - angle + 360) % 360;
+            return Math.abs(turned - (Date.now() - begin) * 360 / 800) < 25;
+        }, 30000);
+    }
+
     function test_heldKeyPressesOnce() {
         var item = create("CButton", { btnText: "Press" });
         var presses = listen(item, "submit");

@@ -271,6 +271,26 @@ ViewTestCase {
                                            && item.source.toString() === "qrc:///qml/alert.png"; }));
     }
 
+    function test_rateWarningsButtonStatesDiffer() {
+        view.showFreqPopup();
+        wait(20);
+        var popup = okButton().parent;
+        var states = [];
+        mouseMove(view, 2, 2);
+        states.push(camera.take(okButton()));
+        mouseMove(okButton(), 5, 5);
+        states.push(camera.take(okButton()));
+        mousePress(okButton(), 5, 5);
+        states.push(camera.take(okButton()));
+        mouseMove(view, 2, 2);
+        mouseRelease(view, 2, 2);
+        verify(!states[0].equals(states[1]) && !states[0].equals(states[2]) && !states[1].equals(states[2]));
+        var ring = find(okButton(), function(item) { return item.border !== undefined && item.border.width === 2; });
+        compare(ring.visible, true);
+        popup.forceActiveFocus();
+        compare(ring.visible, false);
+    }
+
     function test_rateWarningCloses_data() {
         return [
             { tag: "mouse", close: function() { mouseClick(okButton()); }, logs: true },

@@ -262,6 +262,84 @@ ViewTestCase {
         compare(view.settingsVisible, true);
     }
 
+    // --- Places and sizes ---------------------------------------------------------------------
+
+    readonly property color white: "white"
+
+    function checkVersionText(item) {
+        compareValues(item, { color: white, "font.family": "Helvetica Neue", "font.pixelSize": 12,
+                              text: "1.4.121", y: 10 });
+        compare(item.x + item.width, view.baseWidth - 10);
+    }
+
+    function test_mainViewsPlaces() {
+        report(view, 0);
+        wait(20);
+        var status = textItem(view, "Started and ready");
+        compareValues(status, { color: white, lineHeight: 1.2, "font.family": "Helvetica Neue",
+                                horizontalAlignment: Text.AlignHCenter, "parent.height": 40 });
+        var column = status.parent.parent;
+        compare(column.spacing, 25);
+        compare(column.x + column.width / 2, view.baseWidth / 2);
+        compare(column.y + column.height / 2, view.baseHeight / 2);
+        compare(button("Manual Calibration").parent.spacing, 10);
+        compare(button("Manual Calibration").parent.parent, column);
+        compare(button("Settings").parent.spacing, 20);
+        compare(button("Settings").parent.parent, column);
+        checkVersionText(shownText(view, "1.4.121"));
+    }
+
+    function test_stateIsShownByAGlyphToo_data() {
+        return [
+            { tag: "ready", code: 0, glyph: "\uf058", color: "#0091f8" },
+            { tag: "not connected", code: -1, glyph: "\uf1e6", color: "white" },
+            { tag: "given up", code: -12, glyph: "\uf057", color: "white" },
+            { tag: "calibration failed", code: -4, glyph: "\uf071", color: "#0091f8" }
+        ];
+    }
+
+    function test_stateIsShownByAGlyphToo(row) {
+        verify(shownText(view, "\uf252"));
+        report(view, row.code);
+        var glyph = shownText(view, row.glyph);
+        verify(glyph);
+        verify(Qt.colorEqual(glyph.color, row.color));
+        verify(glyph.font.pixelSize >= 28, "it can be seen from afar");
+        view.isLoading = true;
+        compare(glyph.visible, false);
+    }
+
+    function test_statusTextIsAsLargeAsItCanBe() {
+        report(view, 0);
+        var status = textItem(view, "Started and ready");
+        compare(status.fontInfo.pixelSize, 28);
+        report(view, -12);
+        verify(status.fontInfo.pixelSize >= 20);
+    }
+
+    function test_advicesPlaces() {
+        report(view, 0);
+        view.showPopUp();
+        wait(20);
+        var text = textItem(view, advice);
+        compareValues(text, { color: white, lineHeight: 1.2, wrapMode: Text.WordWrap, "parent.height": 40 });
+        var icon = find(text.parent, function(item) { return item.source !== undefined; });
+        compareValues(icon, { width: 40, height: 40, status: Image.Ready });
+        compare(icon.source.toString(), "qrc:///qml/warningIcon.png");
+        compare(text.parent.parent.spacing, 75);
+        var column = text.parent.parent.parent;
+        compareValues(column, { spacing: 25, y: 30 });
+        compare(column.x + column.width, view.baseWidth - 10);
+        var boxRow = control(view, dontShow).parent;
+        compareValues(boxRow, { height: 20, "anchors.horizontalCenterOffset": 80 });
+        var buttons = control(view, "Cancel").parent;
+        compareValues(buttons, { height: 40, spacing: 100, "anchors.horizontalCenterOffset": 60 });
+        compare(control(view, "    Continue    ").parent, buttons);
+        checkVersionText(find(column.parent, function(item) { return item.text === "1.4.121"; }));
+        compareValues(column.parent, { width: view.baseWidth, height: 240 });
+        verify(Qt.colorEqual(column.parent.color, "transparent"));
+    }
+
     // --- Advice before an auto calibration ----------------------------------------------------
 
     readonly property string advice: "Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios."

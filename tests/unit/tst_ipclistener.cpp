@@ -104,6 +104,8 @@ private slots:
     void firstReplyWaitsForThePause();
     void replyIsExactlyOneCharacter();
     void replyThatCannotBeWrittenIsTold();
+    void fuzzerSeedsGiveTheirCommand_data();
+    void fuzzerSeedsGiveTheirCommand();
     void processEndReleasesAReplyOnTheLoopsThread();
 
 private:
@@ -526,6 +528,47 @@ void TestIpcListener::replyThatCannotBeWrittenIsTold()
              QByteArray("cannot write to fifo! Folder is ") + replyPath.toUtf8() + ", exitting.\n");
     sendAndWait("e");
     QCOMPARE(codes, QVector<int> {7});
+}
+
+void TestIpcListener::fuzzerSeedsGiveTheirCommand_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QVector<int>>("expected");
+    QTest::addColumn<bool>("stays");
+    struct Seed
+    {
+        QVector<int> codes;
+        bool stays; ///< the file, whose first line is empty
+    };
+    const QMap<QString, Seed> results = {
+        {"blankline", {{}, true}}, {"blanks", {{2}, false}}, {"command", {{0}, false}},
+        {"crlf", {{25}, false}},   {"empty", {{}, true}},    {"umlaut", {{}, false}},
+        {"utf16", {{0}, false}},   {"zero", {{}, false}},
+    };
+    const QDir seeds(VIREON_SOURCE_DIR "/tests/fuzz/seeds/mailbox");
+    const QStringList names = seeds.entryList(QDir::Files, QDir::Name);
+    QCOMPARE(names, QStringList(results.keys())); // a new seed needs its result
+    for (const QString& name : names) {
+        const Seed& seed = results[name];
+        QTest::newRow(qPrintable(name))
+            << contentOf(seeds.filePath(name)) << seed.codes << seed.stays;
+    }
+}
+
+void TestIpcListener::fuzzerSeedsGiveTheirCommand()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QVector<int>, expected);
+    QFETCH(bool, stays);
+    startListener();
+    if (!stays) {
+        sendAndWait(content);
+    } else {
+        send(commandPath, content);
+        QTRY_VERIFY_WITH_TIMEOUT(log->count("ipc read:") >= 2, limitMs);
+    }
+    QCOMPARE(QFile::exists(commandPath), stays);
+    QCOMPARE(codes, expected);
 }
 
 void TestIpcListener::processEndReleasesAReplyOnTheLoopsThread()

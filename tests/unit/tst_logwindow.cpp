@@ -1,4 +1,5 @@
 #include "app/resources.h"
+#include "support/contrast.h"
 #include "support/logrecorder.h"
 #include "ui/logwindow.h"
 
@@ -58,6 +59,7 @@ private slots:
     void textIsKeptLiterally();
     void textScrollsInBothDirections();
     void textCanOnlyBeRead();
+    void textStandsOutFromTheWindow();
     void everyThreadMayAppend();
     void longLogStaysQuick();
     void messageHandlerMayUseIt();
@@ -300,6 +302,13 @@ void TestLogWindow::missingViewIsHarmless()
     log.appendText("a");
     log.hide();
     QVERIFY(!log.isVisible());
+}
+
+void TestLogWindow::textStandsOutFromTheWindow()
+{
+    const LogWindow log(nullptr);
+    const auto text = childOf(log, "QQuickTextEdit")->property("color").value<QColor>();
+    QVERIFY(contrast(text, windowOf(log)->color()) >= readableContrast);
 }
 
 QTEST_MAIN(TestLogWindow)

@@ -10,6 +10,7 @@
 #include "ui/supportaddresses.h"
 
 #include <QAction>
+#include <QDesktopServices>
 #include <QGraphicsSceneMouseEvent>
 #include <QLayout>
 #include <QMenuBar>
@@ -22,6 +23,7 @@
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <thread>
 #include <unistd.h>
 
 /// Drives the one window of the process, offscreen, without an engine. The window's container owns
@@ -52,6 +54,10 @@ private slots:
 
     void slotsKeepTheirOrder();
     void menuBarHasThreeMenus();
+    void helpEntriesOpenTheirPages_data();
+    void helpEntriesOpenTheirPages();
+    void actionsRunTheirSlots_data();
+    void actionsRunTheirSlots();
     void pointerModeSetsTheCheckMarks();
     void firmwareActionFollowsStatusAndVersion_data();
     void firmwareActionFollowsStatusAndVersion();
@@ -81,7 +87,9 @@ private slots:
     void resetShowsNotCalibratedAtOnce();
     void pauseAndResumeTakeTurns();
     void autoStartIsSavedWithEveryToggle();
+    void missingHelperLeavesTheSwitchOn();
     void keepAwakeHelperRunsWhileSwitchedOn();
+    void wastingEndsWithTheSetting();
     void otherCpuStateIsKept();
     void warningsAreRemembered();
     void wakingUpPresentsStarted();
@@ -96,6 +104,7 @@ private:
     QPoint centreOf(const QString& buttonText) const;
     void makeReady();
     void expectOneCommand(int code);
+    qint64 helperPid() const;
 
     QTemporaryDir folder;
     std::unique_ptr<LogRecorder> log;
@@ -397,6 +406,64 @@ void TestMainWindow::menuBarHasThreeMenus()
              QStringList({QStringLiteral("Troubleshoot"), QStringLiteral("Video Tutorial"),
                           QStringLiteral("Get Help")}));
     QVERIFY(action(QStringLiteral("&Reload Ccf")));
+}
+
+namespace {
+
+/// The user's browser.
+class Browser : public QObject
+{
+    Q_OBJECT
+
+public:
+    QList<QUrl> opened;
+
+public slots:
+    void open(const QUrl& address) { opened.append(address); }
+};
+
+} // namespace
+
+void TestMainWindow::helpEntriesOpenTheirPages_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::newRow("Troubleshoot") << knowledgeBaseAddress;
+    QTest::newRow("Video Tutorial") << videoTutorialAddress;
+    QTest::newRow("Get Help") << newTicketAddress;
+}
+
+void TestMainWindow::helpEntriesOpenTheirPages()
+{
+    QFETCH(QString, address);
+    Browser browser;
+    QDesktopServices::setUrlHandler("https", &browser, "open");
+    action(QTest::currentDataTag())->trigger();
+    QDesktopServices::unsetUrlHandler("https");
+    QCOMPARE(browser.opened, QList<QUrl> {QUrl(address)});
+}
+
+void TestMainWindow::actionsRunTheirSlots_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::newRow("&Reload Ccf") << 19;
+    QTest::newRow("&Reset") << 11;
+    QTest::newRow("&Single Input") << 14;
+    QTest::newRow("&Multi Input") << 15;
+    QTest::newRow("&Hide") << -1; // no command
+}
+
+void TestMainWindow::actionsRunTheirSlots()
+{
+    QFETCH(int, code);
+    makeReady();
+    action(QTest::currentDataTag())->trigger();
+    QCOMPARE(topLevel()->isVisible(), code != -1);
+    if (code != -1)
+        QTRY_COMPARE_WITH_TIMEOUT(log->count(QString("Action:  %1 ").arg(code)), 1, 20000);
+    QCOMPARE(log->count("Quit Vireon clicked"), 0);
+    QCOMPARE(action("&Single Input")->isChecked(), code != 15);
+    QCOMPARE(action("&Multi Input")->isChecked(), code == 15);
+    view->setPointerMode(true);
 }
 
 void TestMainWindow::pointerModeSetsTheCheckMarks()
@@ -744,9 +811,14 @@ QPoint TestMainWindow::centreOf(const QString& buttonText) const
 void TestMainWindow::makeReady()
 {
     QVERIFY(QTest::qWaitForWindowExposed(view));
-    // A change of the active window in the midst of a click cancels it.
-    view->requestActivate();
-    QTRY_COMPARE(QGuiApplication::focusWindow(), view);
+    // A change of the active window in the midst of a click cancels it. Requests that are still
+    // on their way to the window system may come in between.
+    const auto isActive = [&] {
+        if (QGuiApplication::focusWindow() != view)
+            view->requestActivate();
+        return QGuiApplication::focusWindow() == view;
+    };
+    QTRY_VERIFY(isActive());
     StatusListener::instance()->injectStatus(0);
     QTRY_COMPARE(root("status").toInt(), 0);
     QTRY_COMPARE(root("buttonsDisabled").toBool(), false);
@@ -956,6 +1028,31 @@ void TestMainWindow::autoStartIsSavedWithEveryToggle()
     QCOMPARE(log->count(QStringLiteral("auto Start clicked")), 2);
 }
 
+void TestMainWindow::missingHelperLeavesTheSwitchOn()
+{
+    view->rootObject()->setProperty("isKeepACpuRunning", false);
+    view->keepACpuRunning();
+    QCOMPARE(root("isKeepACpuRunning").toBool(), true);
+    QStringList told;
+    for (const LogRecorder::Line& line : log->linesWith("keepACpuRunning"))
+        told.append(line.text);
+    QCOMPARE(told,
+             QStringList({"keepACpuRunning", "keepACpuRunning", "keepACpuRunning create ",
+                          "keepACpuRunning", "keepACpuRunning done"}));
+    log->clear();
+    view->keepACpuRunning();
+    QCOMPARE(log->count("keepACpuRunning create "), 0); // the object is used again
+    view->enableProcessorIdleMode();
+    QCOMPARE(root("isKeepACpuRunning").toBool(), false);
+}
+
+/// 0 while no helper has told it.
+qint64 TestMainWindow::helperPid() const
+{
+    QFile file(folder.filePath("helper.pid"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
+}
+
 void TestMainWindow::keepAwakeHelperRunsWhileSwitchedOn()
 {
     // Found through PATH, as a name without a directory is.
@@ -973,14 +1070,8 @@ void TestMainWindow::keepAwakeHelperRunsWhileSwitchedOn()
     QCOMPARE(GS::instance()->cpuState.load(), 2);
     QCOMPARE(root("isKeepACpuRunning").toBool(), true);
     QCOMPARE(savedSettings().split('\n').at(4), QByteArray("2"));
-    qint64 pid = 0;
-    QTRY_VERIFY_WITH_TIMEOUT(
-        [&] {
-            QFile file(pidFile);
-            pid = file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
-            return pid > 0;
-        }(),
-        20000);
+    QTRY_VERIFY_WITH_TIMEOUT(helperPid() > 0, 20000);
+    const qint64 pid = helperPid();
     QCOMPARE(log->count(QStringLiteral(" Keep a CPU running")), 1);
 
     view->toggleKeepACpuAwake();
@@ -989,6 +1080,19 @@ void TestMainWindow::keepAwakeHelperRunsWhileSwitchedOn()
     QCOMPARE(savedSettings().split('\n').at(4), QByteArray("0"));
     QCOMPARE(log->count(QStringLiteral(" Disabled Processor idle state")), 1);
     QTRY_VERIFY_WITH_TIMEOUT(kill(static_cast<pid_t>(pid), 0) != 0, 20000);
+}
+
+void TestMainWindow::wastingEndsWithTheSetting()
+{
+    GS::instance()->cpuState = 2;
+    std::thread worker([&] { QMetaObject::invokeMethod(view, "wasteCpu", Qt::DirectConnection); });
+    QTRY_COMPARE_WITH_TIMEOUT(log->count("start wasting cpu now"), 1, 20000);
+    const int early = log->count("not wasting cpu now");
+    GS::instance()->cpuState = 0;
+    worker.join();
+    QCOMPARE(early, 0);
+    QCOMPARE(log->count("not wasting cpu now"), 1);
+    GS::instance()->cpuState = 2;
 }
 
 void TestMainWindow::otherCpuStateIsKept()
@@ -1030,10 +1134,19 @@ void TestMainWindow::wakingUpPresentsStarted()
 void TestMainWindow::quittingShowsNoHint()
 {
     view->showWindow();
+    QFile::remove(folder.filePath("helper.pid"));
+    view->keepACpuRunning();
+    QTRY_VERIFY_WITH_TIMEOUT(helperPid() > 0, 20000);
     log->clear();
+    QElapsedTimer clock;
+    clock.start();
     view->exitApp();
+    QVERIFY(clock.elapsed() >= 800);
     QCOMPARE(log->count(QStringLiteral("Quit Vireon clicked")), 1);
     QVERIFY(!topLevel()->isVisible());
+    QVERIFY(!view->findChild<QSystemTrayIcon*>()->isVisible());
+    QCOMPARE(root("isKeepACpuRunning").toBool(), false);
+    QVERIFY(kill(static_cast<pid_t>(helperPid()), 0) != 0);
     topLevel()->show();
     view->onClosing();
     QVERIFY(topLevel()->isVisible()); // left alone: the program ends

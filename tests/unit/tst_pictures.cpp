@@ -109,6 +109,8 @@ private slots:
     void inkFallsBehindAtThirtyHertzAndKeepsUpAtSixty();
     void shadowIsSymmetricAndFadesOut();
     void tooltipLeavesItsAreaPlain();
+    void restOfTheResourceTreeIsThere_data();
+    void restOfTheResourceTreeIsThere();
 };
 
 void TestPictures::initTestCase()
@@ -305,6 +307,25 @@ void TestPictures::tooltipLeavesItsAreaPlain()
     for (int y = textArea.top(); y <= textArea.bottom(); ++y)
         for (int x = textArea.left(); x <= textArea.right(); ++x)
             QCOMPARE(bubble.pixel(x, y), surface);
+}
+
+void TestPictures::restOfTheResourceTreeIsThere_data()
+{
+    QTest::addColumn<bool>("isCompiled");
+    for (const char* path :
+         {":/fontawesome-webfont.ttf", ":/translations/vireon-menu-desktop-en.qm",
+          ":/translations/vireon-menu-desktop-ja.qm", ":/translations/vireon-menu-desktop-de.qm"})
+        QTest::newRow(path) << false;
+    for (const char* path : {":/qml/main.qml", ":/qml/LogWindow.qml", ":/qml/colors.js"})
+        QTest::newRow(path) << true;
+}
+
+void TestPictures::restOfTheResourceTreeIsThere()
+{
+    QFETCH(bool, isCompiled);
+    const QFileInfo file(QTest::currentDataTag());
+    QVERIFY(file.exists());
+    QCOMPARE(file.size() == 0, isCompiled);
 }
 
 QTEST_MAIN(TestPictures)

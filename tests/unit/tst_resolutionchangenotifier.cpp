@@ -257,6 +257,9 @@ void TestResolutionChangeNotifier::panelGivesOneSignalAfterOneSecond()
     QProcess manager;
     manager.setProcessEnvironment(screens->environment());
     manager.start("openbox", QStringList());
+    // A panel that is there before its manager may get no room.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        screens->run("xprop", {"-root", "_NET_CLIENT_LIST"}).contains("window id"), limitMs);
     QProcess panel;
     panel.setProcessEnvironment(screens->environment());
     panel.start("trayer",

@@ -61,7 +61,7 @@ private:
     /// As a good engine does: the file appears whole.
     bool write(const QByteArray& text);
 
-    /// Writes, and returns once the reader has opened the file and closed it again.
+    /// Writes, and returns once the reader has read the file and is at its next round.
     bool writeAndWaitUntilRead(const QByteArray& text);
 
     /// Waits until the reader has missed the file, with a round that began after the call.
@@ -91,9 +91,15 @@ bool TestStatusListener::writeAndWaitUntilRead(const QByteArray& text)
 {
     const int watcher = inotify_init1(IN_CLOEXEC);
     bool done = write(text);
-    inotify_add_watch(watcher, QFile::encodeName(path).constData(), IN_CLOSE_NOWRITE);
-    pollfd event = {watcher, POLLIN, 0};
-    done = done && poll(&event, 1, patienceMs) == 1;
+    const QByteArray name = QFile::encodeName(path);
+    // The close ends a round's reading only; with the next round's open it is also evaluated.
+    for (const uint32_t awaited : {IN_CLOSE_NOWRITE, IN_OPEN}) {
+        const int watch = inotify_add_watch(watcher, name.constData(), awaited);
+        pollfd event = {watcher, POLLIN, 0};
+        inotify_event told {};
+        done = done && poll(&event, 1, patienceMs) == 1
+            && ::read(watcher, &told, sizeof told) == sizeof told && told.wd == watch;
+    }
     close(watcher);
     return done;
 }

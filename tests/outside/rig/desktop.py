@@ -54,8 +54,8 @@ class Desktop:
         try:
             self._start_screen(size)
             self._start_bus()
-            self._start_window_manager()
             self._start_accessibility()
+            self._start_window_manager()
         except BaseException:
             self.stop()
             raise

@@ -1,6 +1,8 @@
 """A private MATE desktop."""
 
 import io
+import re
+import shutil
 import subprocess
 
 from PIL import Image
@@ -34,6 +36,13 @@ toplevel-id='bottom'
 position=0
 relative-to-edge='end'
 """
+_SESSION = """
+[org/mate/desktop/session]
+required-components-list=['windowmanager']
+default-session=['mate-settings-daemon']
+gnome-compat-startup=@as []
+logout-prompt=false
+"""
 
 
 class Mate(Desktop):
@@ -51,7 +60,7 @@ class Mate(Desktop):
         self._items = items
         super().__init__(directory)
         try:
-            self.start("mate-panel")
+            self._start_panel()
             wait_for(self._panel_is_there, what="a panel")
         except BaseException:
             self.stop()
@@ -72,6 +81,9 @@ class Mate(Desktop):
         left, upper, right, lower = wait_for(self.icon, what="an icon on the panel")
         self.run("xdotool", "mousemove", (left + right) // 2, (upper + lower) // 2, "click", button)
 
+    def _start_panel(self):
+        self.start("mate-panel")
+
     def _panel_is_there(self):
         """Whether the window manager has taken its room away."""
         _, height = self._size()
@@ -91,3 +103,42 @@ class Mate(Desktop):
         factory, _, _ = self._applet.partition("::")
         self._service(f"org.mate.panel.applet.{factory}", _APPLETS[self._applet])
         self._service("org.freedesktop.Notifications", _NOTIFICATION_DAEMON)
+
+
+class MateSession(Mate):
+    """The same as a session, which the session manager starts and ends: the window manager, the
+    settings daemon, then the panel and what else is in the user's autostart directory.
+
+    programs  by their names, what starts with the session beside the panel
+    """
+
+    _window_manager = ("sh", "-c", "exec mate-session --debug --disable-acceleration-check "
+                                   "2> $HOME/session.log")
+
+    def __init__(self, directory, **programs):
+        self._programs = {"panel": "mate-panel", **programs}
+        super().__init__(directory)
+
+    def saves(self, program):
+        """How often the session manager has told this program to save its state, and it did."""
+        log = (self.directory / "desktop-home/session.log").read_text(errors="replace")
+        return len(re.findall(rf"\[{re.escape(program)} \w+\]' received SaveYourselfDone", log))
+
+    def _start_panel(self):
+        """The session has done it."""
+
+    def _prepare(self):
+        super()._prepare()
+        configuration = self.directory / "desktop-home/.config"
+        with open(configuration / "glib-2.0/settings/keyfile", "a") as settings:
+            settings.write(_SESSION)
+        # Who has another HOME than the desktop is let in, too.
+        self.environment["ICEAUTHORITY"] = str(self.directory / "ICEauthority")
+        # Nothing that the machine starts for all users but this.
+        self.environment["XDG_CONFIG_DIRS"] = str(configuration / "none")
+        autostart = configuration / "autostart"
+        autostart.mkdir()
+        shutil.copy2("/etc/xdg/autostart/mate-settings-daemon.desktop", autostart)
+        for name, program in self._programs.items():
+            (autostart / f"{name}.desktop").write_text(
+                f"[Desktop Entry]\nType=Application\nName={name}\nExec={program}\n")

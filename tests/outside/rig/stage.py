@@ -10,7 +10,7 @@ from .desktop import Desktop
 
 
 @contextlib.contextmanager
-def stage(scenario=None):
+def stage(scenario=None, environment=None):
     """Gives an App that is not yet started; everything of it is gone afterwards."""
     directory = pathlib.Path(tempfile.mkdtemp(prefix="vireon-"))
     try:
@@ -18,7 +18,7 @@ def stage(scenario=None):
         place.mkdir()
         desktop = Desktop(place)
         try:
-            app = App(desktop, directory / "copy", scenario=scenario)
+            app = App(desktop, directory / "copy", scenario=scenario, environment=environment)
             try:
                 yield app
             finally:
