@@ -469,10 +469,9 @@ bool MainWindow::event(QEvent* ev)
 {
     const bool handled = QQuickView::event(ev);
     const bool lifted = ev->type() == QEvent::MouseButtonRelease || ev->type() == QEvent::TouchEnd;
-    if (lifted && QGuiApplication::focusWindow() != this) {
+    // The router leads on from there; asking for the window once more would take the focus back.
+    if (lifted && !window->isActiveWindow())
         window->activateWindow();
-        container->setFocus(Qt::MouseFocusReason);
-    }
     return handled;
 }
 

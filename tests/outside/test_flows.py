@@ -184,10 +184,13 @@ def test_tooltip_shows_under_mouse_and_keyboard(ready, directory):
 
     def seen():
         return picture(ready, directory / "picture.png", item, 60, 10)
-    without = seen()
+    ready.desktop.run("xdotool", "mousemove", 5, 5)  # away from what it has clicked
+    wait_for(lambda: ready.focused() == "Back", what="the keyboard at Back")
+    # At rest: what the mouse has left fades out.
+    without = wait_for(lambda: (picture_now := seen()) == seen() and picture_now, what="rest")
     ready.desktop.run("xdotool", "mousemove", *item.centre)
     wait_for(lambda: seen() != without, what="the tooltip")
-    ready.desktop.run("xdotool", "mousemove", item.x, item.y - 300)
+    ready.desktop.run("xdotool", "mousemove", 5, 5)
     wait_for(lambda: seen() == without, what="an end of the tooltip")
     ready.key("Tab", "Tab")
     wait_for(lambda: seen() != without, what="the tooltip")
