@@ -99,7 +99,7 @@ def test_clicks_on_balloon_and_icon_show_the_window(desktop, bus, items, menu, s
     wait_for(lambda: menu(app), what="a menu")
     # Two clicks later, and the middle button has done nothing.
     assert not app.windows()
-    app.key("Escape")
+    app.desktop.key("Escape")
     wait_for(lambda: not menu(app), what="an end of the menu")
     desktop.click_icon()
     wait_for(app.windows, what="the window")
@@ -110,7 +110,7 @@ def test_menu_of_the_icon_quits(desktop, menu, start):
     app.wait_until_shows("Started and ready")
     desktop.click_icon(3)
     assert wait_for(lambda: menu(app), what="a menu") == ["Exit"]
-    app.key("Down", "Return")
+    app.desktop.key("Down", "Return")
     assert app.wait() == 0
     assert app.letters() == ["Q"]
     wait_for(lambda: desktop.icon() is None, what="a panel without the icon")

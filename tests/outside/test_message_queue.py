@@ -161,7 +161,7 @@ def test_old_firmware_is_said_once(service, install):
     assert not wait_for(lambda: app.clickable("Update Firmware"), what="the entry").enabled
     service.wait_for(OLD_FIRMWARE)
     wait_for(lambda: app.clickable("Update Firmware").enabled, what="an entry to choose")
-    app.key("Escape")
+    app.desktop.key("Escape")
     service.wait_for(OLD_FIRMWARE, NOT_CALIBRATED)
 
 
