@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -28,6 +29,21 @@ void drainPipe()
     while (read(wakeUpPipe[0], bytes, sizeof bytes) > 0) { }
 }
 
+/// The session manager has gone away, at the session's end or by a crash: libICE's own answer is
+/// exit(), in the middle of everything. It is part of this process only where Qt's plug-in for X
+/// has brought it.
+void surviveTheSessionManager()
+{
+    using Handler = void (*)(void* connection);
+    using SetHandler = Handler (*)(Handler);
+    void* library = dlopen("libICE.so.6", RTLD_LAZY | RTLD_NOLOAD);
+    if (!library)
+        return;
+    const auto setHandler = reinterpret_cast<SetHandler>(dlsym(library, "IceSetIOErrorHandler"));
+    if (setHandler)
+        setHandler([](void*) { wakeUp(0); });
+}
+
 } // namespace
 
 QuitRequests::QuitRequests(QObject* parent)
@@ -46,6 +62,7 @@ QuitRequests::QuitRequests(QObject* parent)
     action.sa_flags = SA_RESTART;
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
         sigaction(number, &action, nullptr);
+    surviveTheSessionManager();
 }
 
 bool QuitRequests::eventFilter(QObject* watched, QEvent* event)

@@ -31,10 +31,16 @@ def directory():
 
 
 @pytest.fixture
-def desktop(directory):
+def make_desktop():
+    """What makes the desktop in a directory; a file of tests on another kind has its own."""
+    return Desktop
+
+
+@pytest.fixture
+def desktop(directory, make_desktop):
     place = directory / "desktop"
     place.mkdir()
-    desktop = Desktop(place)
+    desktop = make_desktop(place)
     yield desktop
     desktop.stop()
     _expect_no_processes()

@@ -5,13 +5,10 @@ import re
 
 import pytest
 
-from rig import wait_for
+from rig import Indicator, wait_for
 from rig.app import built_programs
+from rig.indicator import start_host
 
-HOST = "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"
-WATCHER = "org.kde.StatusNotifierWatcher"
-ITEM = "org.kde.StatusNotifierItem"
-MENU = "com.canonical.dbusmenu"
 NOTIFICATIONS = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
 UNITY = {"XDG_CURRENT_DESKTOP": "Unity"}
 
@@ -19,9 +16,7 @@ UNITY = {"XDG_CURRENT_DESKTOP": "Unity"}
 @pytest.fixture
 def host(desktop, bus):
     """The indicator area."""
-    host = desktop.start(HOST)
-    bus.wait_for_owner(WATCHER)
-    return host
+    return start_host(desktop, bus)
 
 
 @pytest.fixture
@@ -31,31 +26,6 @@ def daemon(desktop, bus):
                            "--template", "notification_daemon")
     bus.wait_for_owner(NOTIFICATIONS[0])
     return daemon
-
-
-class Indicator:
-    """The one item of the indicator area."""
-
-    def __init__(self, bus):
-        self.bus = bus
-        item = wait_for(lambda: bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER,
-                                             "RegisteredStatusNotifierItems"), what="an item")
-        assert len(item) == 1
-        self.name, _, path = item[0].partition("/")
-        self.path = "/" + path
-
-    def property(self, member):
-        return self.bus.property(self.name, self.path, ITEM, member)
-
-    def entries(self):
-        """The menu's entries: (id, properties)."""
-        _, (_, _, children) = self.bus.call(self.name, self.property("Menu"), MENU, "GetLayout",
-                                            "(iias)", 0, -1, [])
-        return [(number, properties) for number, properties, _ in children]
-
-    def click(self, number):
-        self.bus.call(self.name, self.property("Menu"), MENU, "Event", "(isvu)", number,
-                      "clicked", self.bus.variant("i", 0), 0)
 
 
 def notified(bus, count):

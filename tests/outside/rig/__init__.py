@@ -8,8 +8,12 @@ judges by the engine's journal, by what the window shows and by the files that a
 from .app import App
 from .bus import Bus
 from .desktop import Desktop
+from .dunst import Dunst
+from .indicator import Indicator
+from .mate import Mate, MateSession
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 
-__all__ = ["App", "Bus", "Desktop", "Subject", "adopt_orphans", "is_running", "memory_of", "stage", "wait_for"]
+__all__ = ["App", "Bus", "Desktop", "Dunst", "Indicator", "Mate", "MateSession", "Subject",
+           "adopt_orphans", "is_running", "memory_of", "stage", "wait_for"]

@@ -2,6 +2,7 @@
 
 import os
 import re
+import shlex
 import shutil
 import signal
 import subprocess
@@ -13,6 +14,9 @@ from .journal import read_journal
 ALLOWED_WARNINGS = (
     # Ending the engine, or a tool that hangs, is what destroying its process object is for.
     re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
+    # Qt gives the view its focus back before the hidden window around it is on the screen again;
+    # it gets the focus all the same, with that window.
+    re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
 )
 _WARNING = re.compile(r"^\[(warning|critical|fatal)\]")
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
@@ -46,6 +50,7 @@ class App:
         self._environment = dict(environment or {})
         self._log_path = directory / "stderr"
         self._output_path = directory / "stdout"
+        self._status_path = directory / "status"
         (self.home / "Documents").mkdir(parents=True, exist_ok=True)
         self.temporary.mkdir(parents=True, exist_ok=True)
         self._install(built_programs())
@@ -62,9 +67,34 @@ class App:
                 cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=log)
         return self
 
+    def starter(self, launcher):
+        """A script that starts it by this launcher, for others to run: their desktop's variables
+        come from them. found() tells that they have."""
+        shutil.copy2(launcher, self.programs)
+        variables = [f"export {name}={shlex.quote(value)}"
+                     for name, value in self._own_environment().items() if value is not None]
+        path = self.directory / "starter"
+        path.write_text("\n".join([
+            "#!/bin/sh", *variables,
+            f"{self.programs / os.path.basename(launcher)} >{self._output_path} 2>{self._log_path}",
+            f"echo $? >{self._status_path}\n"]))
+        path.chmod(0o755)
+        return path
+
+    def found(self):
+        """Itself, once it runs by way of its starter."""
+        (pid,) = processes.wait_for(lambda: self.programs_running().get("vireon"),
+                                    what="the program, by its starter")
+        self.process = processes.Foreign(pid, self._status_path)
+        return self
+
     def environment(self):
-        variables = dict(self.desktop.environment)
-        variables.update({
+        variables = {**self.desktop.environment, **self._own_environment()}
+        return {name: value for name, value in variables.items() if value is not None}
+
+    def _own_environment(self):
+        """What it needs beside the desktop's variables; None for what it must not get."""
+        variables = {
             "HOME": str(self.home),
             "TMPDIR": str(self.temporary),
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
@@ -72,12 +102,12 @@ class App:
             "LIBGL_ALWAYS_SOFTWARE": "1",
             "QT_MESSAGE_PATTERN": "[%{type}] %{message}",
             "VIREON_SIM_JOURNAL": str(self.journal_path),
-        })
+        }
         if self.scenario_path.exists():
             variables["VIREON_SIM_SCENARIO"] = str(self.scenario_path)
         variables.update(processes.sanitizer_options(self.directory))
         variables.update(self._environment)
-        return {name: value for name, value in variables.items() if value is not None}
+        return variables
 
     @property
     def pid(self):

@@ -6,7 +6,8 @@ import subprocess
 from . import processes
 from .screenreader import ScreenReader
 
-# No service directories: nothing is started on this bus that was not asked for.
+# Nothing is started on this bus that was not asked for: the only services are those of a directory
+# of the desktop's own.
 _BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -14,6 +15,7 @@ _BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bu
   <keep_umask/>
   <listen>unix:dir={directory}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -31,6 +33,8 @@ class Desktop:
     on this desktop needs; it starts from nothing, so that nobody's settings leak in.
     """
 
+    _window_manager = ("openbox", "--sm-disable")
+
     def __init__(self, directory, size="1920x1080"):
         self.directory = directory
         self._processes = []
@@ -45,10 +49,12 @@ class Desktop:
             "XDG_RUNTIME_DIR": str(runtime),
             "GSETTINGS_BACKEND": "memory",
         }
+        self._prepare()
         try:
             self._start_screen(size)
             self._start_bus()
             self._start_accessibility()
+            self._start_window_manager()
         except BaseException:
             self.stop()
             raise
@@ -79,6 +85,15 @@ class Desktop:
     def key(self, *keys):
         self.run("xdotool", "key", *keys)
 
+    def _prepare(self):
+        """Of another kind of desktop: its settings, before anything runs."""
+
+    def _service(self, name, program):
+        """Names a program that the bus starts when this name is asked for."""
+        services = self.directory / "services"
+        services.mkdir(exist_ok=True)
+        (services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
+
     def _start(self, *command, report=None):
         """Starts a part of the desktop; with `report`, waits for the line that it writes there."""
         options = {"env": self.environment, "stdin": subprocess.DEVNULL,
@@ -99,13 +114,16 @@ class Desktop:
         number = self._start("Xvfb", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset",
                              report="-displayfd")
         self.environment["DISPLAY"] = ":" + number
-        self._start("openbox", "--sm-disable")
+
+    def _start_window_manager(self):
+        self._start(*self._window_manager)
         processes.wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
                            what="a window manager")
 
     def _start_bus(self):
         configuration = self.directory / "bus.conf"
-        configuration.write_text(_BUS_CONFIGURATION.format(directory=self.directory / "run"))
+        configuration.write_text(_BUS_CONFIGURATION.format(directory=self.directory / "run",
+                                                           services=self.directory / "services"))
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start(
             "dbus-daemon", "--nofork", "--nopidfile", f"--config-file={configuration}",
             report="--print-address={}")

@@ -68,6 +68,12 @@ def name_of(pid):
         return "?"
 
 
+def maps_of(pid):
+    """The names of the files that are mapped into a process."""
+    lines = pathlib.Path(f"/proc/{pid}/maps").read_text(errors="replace").splitlines()
+    return {os.path.basename(line.split()[-1]) for line in lines if "/" in line}
+
+
 def memory_of(pid):
     """Resident memory in bytes."""
     for line in pathlib.Path(f"/proc/{pid}/status").read_text().splitlines():
@@ -86,6 +92,28 @@ def end(pid, patience=10.0):
         deadline = time.monotonic() + patience
         while is_running(pid) and time.monotonic() < deadline:
             time.sleep(0.02)
+
+
+class Foreign:
+    """A running process that somebody else started, with the part of Popen that is of use.
+
+    status_path  where its starter writes its exit status, the shell's way
+    """
+
+    def __init__(self, pid, status_path):
+        self.pid = pid
+        self.returncode = None
+        self._status_path = status_path
+
+    def poll(self):
+        if self.returncode is None and not is_running(self.pid) and self._status_path.exists():
+            text = self._status_path.read_text()
+            self.returncode = int(text) if text.endswith("\n") else None
+        return self.returncode
+
+    def wait(self, timeout):
+        wait_for(lambda: self.poll() is not None, timeout, what=f"an end of process {self.pid}")
+        return self.returncode
 
 
 def sanitizer_options(directory):

@@ -71,8 +71,7 @@ class Subject:
 
     def maps(self):
         """The names of the files that are mapped into it."""
-        with open(f"/proc/{self.pid}/maps", encoding="utf-8", errors="replace") as maps:
-            return {os.path.basename(line.split()[-1]) for line in maps if "/" in line}
+        return processes.maps_of(self.pid)
 
     def reports(self):
         """What a sanitizer found in it."""
