@@ -1,8 +1,10 @@
-"""Takes a picture of the window in each of its states; scripts/screenshots calls it.
+"""Takes a picture of the window in each of its states, and of what else the program puts on a
+desktop; scripts/screenshots calls it.
 
-usage: pictures.py DIRECTORY [STATE...]
+usage: pictures.py DIRECTORY [NAME...]    only those of these names
 """
 
+import functools
 import os
 import pathlib
 import signal
@@ -14,21 +16,19 @@ from PIL import Image
 sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "tests/outside"))
 
 from rig import adopt_orphans, stage, wait_for  # noqa: E402
+from scenes import SCENES  # noqa: E402
 
 COLOURS = 96  # of a picture, which keeps it small
 PAINTING = 1.2  # s until what is told is painted, and an animation has something to show
 SLOW_MODE = ("slow", "79.75", "1920", "1976", "2168", "2416", "1080", "1083", "1088", "1102")  # 30 Hz
 
 
-def slow_down(desktop):
-    desktop.run("xrandr", "--newmode", *SLOW_MODE)
-    desktop.run("xrandr", "--addmode", "screen", "slow")
-    desktop.run("xrandr", "--output", "screen", "--mode", "slow")
-
-
 def click_splash_away(app):
     app.wait_until_shows("Starting up...")
-    app.desktop.click(960, 540)
+    wait_for(lambda: len(app.windows()) == 2, what="the splash over the window")
+    width, height = map(int, app.desktop.run("xdotool", "getdisplaygeometry").split())
+    app.desktop.click(width // 2, height // 2)
+    wait_for(lambda: len(app.windows()) == 1, what="an end of the splash")
 
 
 def click_calibration(app):
@@ -47,39 +47,46 @@ def open_settings(app):
     wait_for(lambda: app.clickable("Sensor Viewer"), what="the settings")
 
 
+def slow_down(app):
+    """The window looks at the display's rate when it is made: the program starts once more."""
+    app.quit()
+    app.desktop.run("xrandr", "--newmode", *SLOW_MODE)
+    app.desktop.run("xrandr", "--addmode", "screen", "slow")
+    app.desktop.run("xrandr", "--output", "screen", "--mode", "slow")
+    app.start()
+
+
 def kill_engine(app):
     app.wait_until_shows("Started and ready")
     os.kill(app.engine_pid(), signal.SIGKILL)
 
 
-# By name: scenario, what brings the state about, the text that tells it has come.
-STATES = {
-    "splash": ("unwritten\n", None, "Starting up..."),
-    "starting": ("unwritten\n", click_splash_away, "Starting up..."),
-    "not-connected": ("at 0 status -1\n", None, "Not connected"),
-    "ready": ("at 0 status 0\n", None, "Started and ready"),
-    "loading": ("at 0 status 0\non m status 2\n", click_calibration, "Loading..."),
-    "not-calibrated": ("at 0 status -6\n", None, "not calibrated"),
-    "restarting": ("start 2-\nunwritten\n", kill_engine, "please wait"),
-    "given-up": ("unwritten\nat 0 exit 1\n", None, "please restart"),
-    "settings": ("at 0 status 0\n", open_settings, None),
-    "advice": ("at 0 status 0\n", ask_for_auto_calibration, "Auto calibration depends"),
-    "rate-warning": ("at 0 status 0\n", None, "To get real-time"),
-}
+# Name, scenario, what brings the state about, the text that tells it has come.
+STATES = (
+    ("starting", "unwritten\n", click_splash_away, "Starting up..."),
+    ("not-connected", "at 0 status -1\n", None, "Not connected"),
+    ("ready", "at 0 status 0\n", None, "Started and ready"),
+    ("loading", "at 0 status 0\non m status 2\n", click_calibration, "Loading..."),
+    ("not-calibrated", "at 0 status -6\n", None, "not calibrated"),
+    ("restarting", "start 2-\nunwritten\n", kill_engine, "please wait"),
+    ("given-up", "unwritten\nat 0 exit 1\n", None, "please restart"),
+    ("settings", "at 0 status 0\n", open_settings, None),
+    ("advice", "at 0 status 0\n", ask_for_auto_calibration, "Auto calibration depends"),
+    ("rate-warning", "at 0 status 0\n", slow_down, "To get real-time"),
+)
 
 
-def take(app, state, path):
-    _, act, text = STATES[state]
-    if state == "rate-warning":
-        slow_down(app.desktop)
-    app.start()
-    if act:
-        act(app)
-    if text:
-        app.wait_until_shows(text)
-    app.desktop.run("xdotool", "mousemove", 5, 5)
-    time.sleep(PAINTING)
-    app.screenshot(path)
+def state(scenario, act, text, path):
+    """Saves the window in one state."""
+    with stage(scenario) as app:
+        app.start()
+        if act:
+            act(app)
+        if text:
+            app.wait_until_shows(text)
+        app.desktop.run("xdotool", "mousemove", 5, 5)
+        time.sleep(PAINTING)
+        app.screenshot(path)
     Image.open(path).convert("RGB").quantize(COLOURS, dither=Image.Dither.NONE).save(
         path, optimize=True)
 
@@ -88,10 +95,12 @@ def main():
     directory = pathlib.Path(sys.argv[1])
     directory.mkdir(parents=True, exist_ok=True)
     adopt_orphans()
-    for state in sys.argv[2:] or STATES:
-        with stage(STATES[state][0]) as app:
-            take(app, state, directory / f"{state}.png")
-        print(directory / f"{state}.png", flush=True)
+    pictures = {name: functools.partial(state, *how) for name, *how in STATES}
+    pictures.update(SCENES)
+    for name in sys.argv[2:] or pictures:
+        path = directory / f"{name}.png"
+        pictures[name](path)
+        print(path, flush=True)
 
 
 if __name__ == "__main__":

@@ -10,14 +10,14 @@ from .desktop import Desktop
 
 
 @contextlib.contextmanager
-def stage(scenario=None, **options):
-    """Gives an App that is not yet started; the options are the App's. Everything of it is gone
-    afterwards."""
+def stage(scenario=None, kind=Desktop, **options):
+    """Gives an App that is not yet started, on this kind of desktop; the options are the App's.
+    Everything of it is gone afterwards."""
     directory = pathlib.Path(tempfile.mkdtemp(prefix="vireon-"))
     try:
         place = directory / "desktop"
         place.mkdir()
-        desktop = Desktop(place)
+        desktop = kind(place)
         try:
             app = App(desktop, directory / "copy", scenario=scenario, **options)
             try:

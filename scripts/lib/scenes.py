@@ -1,0 +1,152 @@
+"""What the program puts on a desktop beside its window's states: one function per picture.
+
+Each one takes the path of its picture. SCENES names them.
+"""
+
+import functools
+import re
+import time
+
+from rig import App, Bus, Indicator, Mate, Subject, stage, wait_for
+from rig.indicator import start_host
+from rig.mate import INDICATORS
+
+READY = "Started and ready"
+BRANDS = {"qor": 0, "tal": 1, "wendle": 2, "marrowby": 4}
+MARGIN = 40  # px of the desktop around what a picture is about
+PAINTING = 0.7  # s until what is told is painted, too
+
+
+def picture(desktop, path, left, upper, right, lower):
+    """Saves this part of the screen."""
+    time.sleep(PAINTING)
+    left, upper = max(0, left), max(0, upper)
+    desktop.run("import", "-window", "root", "-crop",
+                f"{right - left}x{lower - upper}+{left}+{upper}", "+repage", path)
+
+
+def corner(desktop, path, lower):
+    """Saves the lower or upper right corner of the screen."""
+    width, height = map(int, desktop.run("xdotool", "getdisplaygeometry").split())
+    picture(desktop, path, width - 500, height - 200 if lower else 0, width,
+            height if lower else 200)
+
+
+def around_window(app, path, margin=MARGIN, window=None):
+    """Saves a window, the program's topmost one, with the desktop around it."""
+    window = window or wait_for(app.windows, what="a window")[-1]
+    told = app.desktop.run("xdotool", "getwindowgeometry", "--shell", window)
+    place = {name: int(value) for name, value in re.findall(r"(X|Y|WIDTH|HEIGHT)=(\d+)", told)}
+    picture(app.desktop, path, place["X"] - margin, place["Y"] - margin,
+            place["X"] + place["WIDTH"] + margin, place["Y"] + place["HEIGHT"] + margin)
+
+
+def set_brand(app, brand):
+    path = app.programs / "config/vireon.conf"
+    path.write_text(re.sub(r"(?m)^brand=.*", f"brand={brand}", path.read_text()))
+
+
+def menu(title, path):
+    with stage("at 0 status 0\n") as app:
+        app.start().wait_until_shows(READY)
+        app.click(title)
+        around_window(app, path)
+
+
+def splash(code, path):
+    with stage("unwritten\n") as app:
+        set_brand(app, BRANDS[code])
+        app.start()
+        wait_for(lambda: app.log_count("Run Vireon"), what="the program's start")
+        around_window(app, path, 100)
+
+
+def firmware_prompt(code, path):
+    with stage("at 0 status 0 firmware 1\n") as app:
+        set_brand(app, BRANDS[code])
+        app.start().wait_until_shows(READY)
+        app.click("File")
+        app.click("Update Firmware")
+        app.wait_until_shows("A new firmware")
+        around_window(app, path)
+
+
+def second_start(path):
+    with stage("at 0 status 0\n") as app:
+        app.start().wait_until_shows(READY)
+        second = App(app.desktop, app.directory / "second", home=app.home,
+                     environment={"TMPDIR": str(app.temporary)})
+        second.start().wait_until_shows("already running")
+        around_window(second, path)
+        second.cleanup()
+
+
+def log_window(path):
+    with stage() as app:
+        app.start().wait_until_shows(READY)
+        lines = app.log()
+        app.quit()
+        windows = Subject(app.desktop, app.directory / "windows", "windowsubject").ready()
+        for line in lines:
+            windows.send("append", line)
+        windows.send("show")
+        wait_for(lambda: "Log Window" in app.desktop.run("wmctrl", "-l"), what="the log window")
+        frame = app.desktop.run("xdotool", "search", "--name", "Log Window").split()[0]
+        around_window(app, path, window=frame)
+        windows.end()
+
+
+def tray(path):
+    with stage("at 0 status 0\n", Mate) as app:
+        start_in_tray(app)
+        corner(app.desktop, path, lower=True)
+
+
+def tray_menu(path):
+    with stage("at 0 status 0\n", Mate) as app:
+        start_in_tray(app)
+        app.desktop.click_icon(3)
+        corner(app.desktop, path, lower=True)
+
+
+def balloon(path):
+    with stage("at 0 status -6\n", Mate) as app:
+        start_in_tray(app)
+        bus = Bus(app.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        bus.wait_for_owner("org.freedesktop.Notifications")
+        corner(app.desktop, path, lower=False)
+
+
+def start_in_tray(app):
+    bus = Bus(app.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+    bus.wait_for_owner("org.kde.StatusNotifierWatcher")
+    app.start()
+    wait_for(app.desktop.icon, what="an icon")
+    wait_for(lambda: app.log_count("statuslistener"), what="a report")
+
+
+def indicator_menu(path):
+    kind = functools.partial(Mate, applet=INDICATORS)
+    with stage("at 0 status 0\n", kind, environment={"XDG_CURRENT_DESKTOP": "Unity"}) as app:
+        bus = Bus(app.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        start_host(app.desktop, bus)
+        app.start().wait_until_shows(READY)
+        wait_for(Indicator(bus).entries, what="a menu")
+        time.sleep(PAINTING)
+        app.desktop.click(1910, 1068)
+        corner(app.desktop, path, lower=True)
+
+
+SCENES = {
+    **{f"menu-{title.lower()}": functools.partial(menu, title)
+       for title in ("File", "Calibration", "Help")},
+    **{f"splash-{code}": functools.partial(splash, code) for code in BRANDS},
+    "firmware-prompt": functools.partial(firmware_prompt, "qor"),
+    "firmware-prompt-tal": functools.partial(firmware_prompt, "tal"),
+    "second-start": second_start,
+    "log-window": log_window,
+    "tray": tray,
+    "tray-menu": tray_menu,
+    "balloon": balloon,
+    "indicator-menu": indicator_menu,
+}
