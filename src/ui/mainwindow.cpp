@@ -230,6 +230,8 @@ void MainWindow::centreWindow()
 // A window manager shows a window again where it was, be that off a screen that has shrunk.
 void MainWindow::keepOnScreen()
 {
+    if (!window)
+        return;
     for (const QScreen* screen : QGuiApplication::screens()) {
         if (screen->geometry().contains(window->frameGeometry()))
             return;
