@@ -31,6 +31,7 @@ QPushButton:hover { background: @hovered@; border-color: @secondary500@; }
 QPushButton:pressed { background: @pressed@; }
 QPushButton:focus { border-color: white; }
 QPushButton:disabled { background: @raised@; color: @dimmed@; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QToolTip { background: @raised@; color: white; border: 1px solid @line@; }
 )";
 

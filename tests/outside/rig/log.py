@@ -20,6 +20,9 @@ ALLOWED = (
     # Qt gives the view its focus back before the hidden window around it is on the screen again;
     # it gets the focus all the same, with that window.
     re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
+    # A window that is shown, hidden and shown at once: Qt hears of the first showing after the
+    # hiding and takes it for mapped.
+    re.compile(r"QXcbWindow::setNetWmStateOnUnmappedWindow\(\) called on mapped window"),
 )
 
 

@@ -77,7 +77,7 @@ MENUS = {
         FIRMWARE,
         _entry("Exit", "終了(E)", "Beenden"),
     ),
-    _entry("Calibration", "調整", "Kalibrierung"): (
+    _entry("Calibration", "キャリブレーション", "Kalibrierung"): (
         _entry("Reset", "リセット(R)", "Zurücksetzen"),
     ),
     _entry("Help", "ヘルプ", "Hilfe"): (
