@@ -27,12 +27,22 @@ def make_desktop(items):
 
 @pytest.fixture
 def start(desktop, bus, items, install):
-    """start(scenario=...): the started program, after the panel's notification area."""
+    """start(scenario=...): the started program, after the panel's notification area.
+
+    The panel takes room away from the screen. A second after the start the program hears of the
+    screen's full size and shows its window anew, which would close a menu that is open then.
+    """
     bus.wait_for_owner("org.mate.panel.applet.NotificationAreaAppletFactory")
     if items:
         bus.wait_for_owner(WATCHER)
     assert desktop.icon() is None
-    return lambda **options: install(**options).start()
+
+    def started(**options):
+        app = install(**options).start()
+        wait_for(lambda: app.log_count("Resolution changed"), what="the screen's full size")
+        return app
+
+    return started
 
 
 @pytest.fixture
