@@ -51,7 +51,7 @@ def expect_burst(install, daemon, environment, hint):
     assert [message.body for message in messages] == expected
     assert {message.summary for message in messages} == {"Vireon"}
     gaps = [later.time - earlier.time for earlier, later in zip(messages, messages[1:])]
-    assert min(gaps) > PACE - 0.5, gaps
+    assert min(gaps) > PACE - 1, gaps
     return app
 
 

@@ -156,7 +156,8 @@ void TestMainWindowStart::splashGoesAfterTenSeconds()
     }
     QVERIFY(splash);
     QTRY_VERIFY_WITH_TIMEOUT(!splash->isVisible(), 60000);
-    QVERIFY2(clock.elapsed() >= 9900, qPrintable(QString::number(clock.elapsed())));
+    // Qt may end a wait of this length up to a twentieth early.
+    QVERIFY2(clock.elapsed() >= 9400, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestMainWindowStart::autoStartFalseIsShownButNotHeld()

@@ -92,9 +92,9 @@ void TestSimEngine::healthyEngineLivesAndQuits()
     TRY_RESULTS(rig, "-1 0 2 0");
     QCOMPARE(rig.statusText(), QByteArray("Result=0\nFirmware=2\n"));
     const auto status = rig.entries("engine", "status");
-    // The clock of the journal may differ from the engine's by a ms.
-    QVERIFY(status.at(1).ms - status.at(0).ms >= 900);
-    QVERIFY(status.at(3).ms - status.at(2).ms >= 1900);
+    // A loaded machine may write the first of each pair late.
+    QVERIFY(status.at(1).ms - status.at(0).ms >= 500);
+    QVERIFY(status.at(3).ms - status.at(2).ms >= 1500);
     QCOMPARE(rig.runTool({"0"}), 0);
     TRY_RESULTS(rig, "-1 0 2 0 -6");
     QCOMPARE(rig.runTool({"Q"}), 0);
@@ -292,7 +292,7 @@ void TestSimEngine::halvesShowAHalf()
     QCOMPARE(rig.statusText(), QByteArray("Result=5\nFirmware=3\n"));
     const qint64 pause =
         rig.entries("engine", "status").first().ms - rig.entries("engine", "writing").first().ms;
-    QVERIFY(pause >= 900);
+    QVERIFY(pause >= 500); // the first may be told late
 }
 
 void TestSimEngine::slowFileGrows()
