@@ -1,5 +1,6 @@
 #include "resolutionchangenotifier.h"
 
+#include "engine/lifeline.h"
 #include "engine/workerthread.h"
 
 #include <QApplication>
@@ -75,6 +76,7 @@ ResolutionChangeNotifier* ResolutionChangeNotifier::instance(QObject* parent)
 ResolutionChangeNotifier::ResolutionChangeNotifier(QObject* parent)
     : QObject(parent)
     , sizeQuestion(new SizeQuestion, [](SizeQuestion* question) { question->deleteLater(); })
+    , lifeline(std::make_shared<Lifeline>())
 {
     if (const QScreen* primary = QGuiApplication::primaryScreen()) {
         width = primary->availableSize().width();
@@ -86,8 +88,9 @@ ResolutionChangeNotifier::ResolutionChangeNotifier(QObject* parent)
 
 ResolutionChangeNotifier::~ResolutionChangeNotifier()
 {
+    lifeline->cut();
     std::puts("resolution changed notifier was deleted");
-    *keepListening = false;
+    keepListening = false;
 }
 
 void ResolutionChangeNotifier::logScreens() const
@@ -110,21 +113,33 @@ void ResolutionChangeNotifier::logScreens() const
 
 void ResolutionChangeNotifier::listenToResolution()
 {
-    const auto listening = keepListening;
-    const auto question = sizeQuestion;
-    while (*listening && !WorkerThread::isStopping()) {
+    const std::shared_ptr<SizeQuestion> question = sizeQuestion;
+    const std::shared_ptr<Lifeline> line = lifeline;
+    line->begin();
+    const auto isWanted = [this, &line] {
+        const Lifeline::Hold here(*line);
+        return here && keepListening && !WorkerThread::isStopping();
+    };
+    while (isWanted()) {
         WorkerThread::msleep(pollIntervalMs);
-        if (!*listening)
+        if (!isWanted())
             return;
+        // Not under a hold: the GUI thread, which is to answer, may be deleting this.
         const QSize size = question->ask();
-        if (!*listening || size.isEmpty() || size == QSize(width, height))
-            continue;
-        qDebug() << "Resolution changed, notify. Old vs new:" << width.load() << "/"
-                 << height.load() << " and " << size.width() << "/" << size.height();
-        width = size.width();
-        height = size.height();
-        emit resolutionChanged(size.width(), size.height());
+        if (const Lifeline::Hold here(*line); here && keepListening)
+            compareWith(size);
     }
+}
+
+void ResolutionChangeNotifier::compareWith(const QSize& size)
+{
+    if (size.isEmpty() || size == QSize(width, height))
+        return;
+    qDebug() << "Resolution changed, notify. Old vs new:" << width.load() << "/" << height.load()
+             << " and " << size.width() << "/" << size.height();
+    width = size.width();
+    height = size.height();
+    emit resolutionChanged(size.width(), size.height());
 }
 
 int ResolutionChangeNotifier::getMinDispFrequency()

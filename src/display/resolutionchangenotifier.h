@@ -5,6 +5,9 @@
 #include <atomic>
 #include <memory>
 
+class Lifeline;
+class QSize;
+
 /**
  * Watches the size of the primary screen and judges the refresh rates of all screens.
  *
@@ -47,11 +50,15 @@ private:
 
     void logScreens() const;
 
+    /// Announces this size if it is a new one; an empty one is no answer.
+    void compareWith(const QSize& size);
+
     static ResolutionChangeNotifier* _instance;
 
     std::atomic<int> width {0};
     std::atomic<int> height {0};
+    std::atomic<bool> keepListening {true};
     // Shared with the poll, whose last round may be longer than the object's life.
-    std::shared_ptr<std::atomic<bool>> keepListening = std::make_shared<std::atomic<bool>>(true);
     std::shared_ptr<SizeQuestion> sizeQuestion;
+    std::shared_ptr<Lifeline> lifeline;
 };
