@@ -1,5 +1,7 @@
 #include "applicationservice.h"
 
+#include "installation.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 
@@ -7,7 +9,6 @@ namespace {
 
 constexpr int activationLimitMs = 2000;
 constexpr uint doNotQueue = 4; // D-Bus: the name now or not at all
-const char* const busName = "com.corvanthel.Vireon";
 const char* const objectPath = "/com/corvanthel/Vireon";
 const char* const interfaceName = "org.freedesktop.Application";
 const char* const startupIdKey = "desktop-startup-id";
@@ -30,7 +31,7 @@ ApplicationService::~ApplicationService()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.unregisterObject(QLatin1String(objectPath));
-    bus.send(callOfBus("ReleaseName") << QLatin1String(busName));
+    bus.send(callOfBus("ReleaseName") << QLatin1String(applicationId));
 }
 
 void ApplicationService::start()
@@ -38,13 +39,13 @@ void ApplicationService::start()
     QDBusConnection bus = QDBusConnection::sessionBus();
     // The object first: a call may wait for the name already.
     if (bus.registerObject(QLatin1String(objectPath), this, QDBusConnection::ExportScriptableSlots))
-        bus.send(callOfBus("RequestName") << QLatin1String(busName) << doNotQueue);
+        bus.send(callOfBus("RequestName") << QLatin1String(applicationId) << doNotQueue);
 }
 
 bool ApplicationService::activateOther(const QByteArray& startupId)
 {
     QDBusMessage call =
-        QDBusMessage::createMethodCall(QLatin1String(busName), QLatin1String(objectPath),
+        QDBusMessage::createMethodCall(QLatin1String(applicationId), QLatin1String(objectPath),
                                        QLatin1String(interfaceName), QStringLiteral("Activate"));
     QVariantMap platformData;
     if (!startupId.isEmpty())

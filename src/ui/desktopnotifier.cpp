@@ -1,5 +1,7 @@
 #include "desktopnotifier.h"
 
+#include "app/installation.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -12,8 +14,6 @@ namespace {
 constexpr int displayMs = 5000;
 constexpr uint replacesNone = 0;
 const char* const applicationName = "Vireon";
-const char* const icon = "/usr/local/bin/Vireon/Corvanthel.png";
-const char* const desktopEntry = "com.corvanthel.Vireon";
 
 QDBusMessage notificationCall(const char* method)
 {
@@ -43,10 +43,10 @@ DesktopNotifier::DesktopNotifier(QObject* parent)
 
 void DesktopNotifier::showMessage(const QString& summary, const QString& body)
 {
-    const QVariantMap hints {{QStringLiteral("desktop-entry"), QLatin1String(desktopEntry)}};
+    const QVariantMap hints {{QStringLiteral("desktop-entry"), QLatin1String(applicationId)}};
     const QDBusMessage call = notificationCall("Notify")
-        << QLatin1String(applicationName) << replacesNone << QLatin1String(icon) << summary << body
-        << QStringList() << hints << displayMs;
+        << QLatin1String(applicationName) << replacesNone << QLatin1String(installedPicture)
+        << summary << body << QStringList() << hints << displayMs;
     lastId = 0;
     lastCall = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
     connect(lastCall, &QDBusPendingCallWatcher::finished, this,

@@ -1,5 +1,6 @@
 #include "linuxtrayiconmanager.h"
 
+#include "app/installation.h"
 #include "indicatorlibraries.h"
 
 #include <QAbstractEventDispatcher>
@@ -15,9 +16,7 @@ constexpr int iterationMs = 50;
 constexpr int sessionBus = 2; // G_BUS_TYPE_SESSION
 const char* const indicatorId = "example";
 const char* const initialIcon = "indicator-messages";
-const char* const indicatorIcon = "/usr/local/bin/Vireon/CorvanthelSmall.png";
 const char* const notificationName = "example";
-const char* const notificationIcon = "/usr/local/bin/Vireon/Corvanthel.png";
 
 void onShow(GtkWidget* widget, void* data)
 {
@@ -92,7 +91,7 @@ void LinuxTrayIconManager::createIndicator(QString showLabel, QString quitLabel)
         library->app_indicator_new(indicatorId, initialIcon, applicationStatusCategory);
     library->app_indicator_set_status(indicator, activeStatus);
     library->app_indicator_set_menu(indicator, menu);
-    library->app_indicator_set_icon(indicator, indicatorIcon);
+    library->app_indicator_set_icon(indicator, installedSmallPicture);
 }
 
 void LinuxTrayIconManager::createNotification(char* summary, char* body)
@@ -101,7 +100,7 @@ void LinuxTrayIconManager::createNotification(char* summary, char* body)
     if (!library || !library->notify_init(notificationName))
         return;
     NotifyNotification* notification =
-        library->notify_notification_new(summary, body, notificationIcon);
+        library->notify_notification_new(summary, body, installedPicture);
     library->notify_notification_show(notification, nullptr);
     // After the show, so that the bubble keeps the server's own duration.
     library->notify_notification_set_timeout(notification, notificationTimeout);
