@@ -23,6 +23,9 @@ ALLOWED = (
     # A window that is shown, hidden and shown at once: Qt hears of the first showing after the
     # hiding and takes it for mapped.
     re.compile(r"QXcbWindow::setNetWmStateOnUnmappedWindow\(\) called on mapped window"),
+    # When a box closes, Qt asks which window the pointer is over now, and goes down to it through
+    # the window manager's frames: one of them may be gone before it is asked.
+    re.compile(r"QXcbConnection: XCB error: 3 \(BadWindow\).* \(TranslateCoords\)"),
 )
 
 
