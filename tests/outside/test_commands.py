@@ -56,10 +56,10 @@ def test_tool_that_hangs_is_ended_after_its_limit(install):
     app.click("Manual Calibration")
     tool = wait_for(lambda: app.programs_running().get("vireon-sdk"), what="the tool")[0]
     wait_for(lambda: not is_running(tool), 60, what="the end of the tool")
-    assert time.monotonic() - begin > 29
+    assert 29 < time.monotonic() - begin < 40
     wait_for(lambda: app.log_count(r"returned from.*false"), what="the log line")
     assert app.log_count(r"Sdk successful") == 0
     assert app.shows("Loading...")
     app.wait_until_shows("Last action failed please try again.")
-    assert time.monotonic() - begin > 59
+    assert 59 < time.monotonic() - begin < 80
     assert app.letters() == ["m"]
