@@ -43,6 +43,8 @@ void installTranslation(QTranslator& translator)
 /// per second; it starts as fast, and neither takes anything when idle (bench/renderers, no GPU).
 void chooseRenderer()
 {
+    // Or Qt loads the GL driver for the windows around the view all the same.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
 }

@@ -6,6 +6,7 @@ import pytest
 from PIL import Image
 
 from rig import wait_for
+from rig.processes import maps_of
 
 FRAMES = {"QT_LOGGING_RULES": "qt.scenegraph.time.renderloop=true"}
 LONG = 2  # s in which an animation would have drawn very often
@@ -52,6 +53,11 @@ def test_view_is_drawn_without_gl(install):
     app.wait_until_shows("Started and ready")
     wait_for(lambda: frames(app), what="a picture")
     assert frames(app) == app.log_count("with 'software' renderloop")
+    # Menus and boxes neither: the driver stays out of the program.
+    app.click("File")
+    app.click("Hide")
+    wait_for(lambda: not app.windows(), what="a hidden window")
+    assert not [name for name in maps_of(app.pid) if name.startswith(("libGLX_", "libqxcb-glx"))]
 
 
 @pytest.mark.parametrize("desktop_name", (None, "GNOME", "MATE"))
