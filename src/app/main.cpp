@@ -38,9 +38,9 @@ void installTranslation(QTranslator& translator)
     QCoreApplication::installTranslator(&translator);
 }
 
-/// The view is small and mostly still. Drawn without GL the program takes 60 MB instead of 87 to
-/// 96, and 2 % of a processor instead of 16 to 33 while "Loading..." turns, at an even 60 pictures
-/// per second; it starts as fast, and neither takes anything when idle (bench/renderers, no GPU).
+/// The view is small and mostly still. Drawn without GL the program takes 66 MB instead of 120 to
+/// 133, and 3 % of a processor instead of 17 to 54 while "Loading..." turns, at an even 62 pictures
+/// per second; it starts sooner, and neither takes anything when idle (bench/renderers, no GPU).
 void chooseRenderer()
 {
     // Or Qt loads the GL driver for the windows around the view all the same.
