@@ -2,7 +2,7 @@
 // mailbox of this process, each as soon as the last one's file has disappeared. Says how many
 // arrived and how long one took; exits 0 when all came, once each and in order.
 
-#include "engine/workerthread.h"
+#include "base/workerthread.h"
 #include "ipc/ipclistener.h"
 #include "settings/globalsettings.h"
 

@@ -1,6 +1,6 @@
-#include "applicationservice.h"
+#include "app/applicationservice.h"
 
-#include "installation.h"
+#include "base/installation.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

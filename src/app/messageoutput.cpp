@@ -1,4 +1,4 @@
-#include "messageoutput.h"
+#include "app/messageoutput.h"
 
 #include "ui/mainwindow.h"
 

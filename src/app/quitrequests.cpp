@@ -1,4 +1,4 @@
-#include "quitrequests.h"
+#include "app/quitrequests.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,7 +1,7 @@
-#include "resolutionchangenotifier.h"
+#include "display/resolutionchangenotifier.h"
 
-#include "engine/lifeline.h"
-#include "engine/workerthread.h"
+#include "base/lifeline.h"
+#include "base/workerthread.h"
 
 #include <QApplication>
 #include <QDebug>

@@ -1,4 +1,4 @@
-#include "annotorasdkhelper.h"
+#include "engine/annotorasdkhelper.h"
 
 #include <QFileInfo>
 #include <QProcess>

@@ -1,8 +1,8 @@
-#include "sdkhelper.h"
+#include "engine/sdkhelper.h"
 
-#include "engineprocess.h"
-#include "statuslistener.h"
-#include "workerthread.h"
+#include "base/workerthread.h"
+#include "engine/childprocess.h"
+#include "engine/statuslistener.h"
 
 #include <QDebug>
 
@@ -83,7 +83,7 @@ SdkHelper::~SdkHelper()
 void SdkHelper::startVireon()
 {
     discardProcess();
-    process = new EngineProcess(this);
+    process = new ChildProcess(this);
     process->setReadChannel(QProcess::StandardOutput);
     connect(process, &QProcess::readyReadStandardOutput, this, &SdkHelper::onReadyRead);
     connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
@@ -103,7 +103,7 @@ void SdkHelper::stopVireon()
 
 void SdkHelper::discardProcess()
 {
-    EngineProcess* old = process;
+    ChildProcess* old = process;
     process = nullptr;
     if (!old)
         return;
@@ -189,7 +189,7 @@ void SdkHelper::processTrigger(int action)
 
 bool SdkHelper::runTool(const QString& letter)
 {
-    EngineProcess tool;
+    ChildProcess tool;
     // Nobody reads its output, which would pile up here.
     tool.setStandardOutputFile(QProcess::nullDevice());
     tool.start(QLatin1String(toolProgram), {letter}, QIODevice::ReadWrite);

@@ -5,7 +5,7 @@
 
 #include <atomic>
 
-class EngineProcess;
+class ChildProcess;
 
 /**
  * Owns the engine process and runs the engine's commands.
@@ -93,7 +93,7 @@ private:
     static SdkHelper* _instance;
 
     std::atomic<bool> commandIdle {false};
-    EngineProcess* process = nullptr;
+    ChildProcess* process = nullptr;
     std::atomic<int> lastAction {-1}; ///< the command that was started but has not succeeded; -1
     std::atomic<int> retryCount {0}; ///< re-sends of lastAction
     std::atomic<bool> recoveryFlag {false};

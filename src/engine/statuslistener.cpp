@@ -1,8 +1,8 @@
-#include "statuslistener.h"
+#include "engine/statuslistener.h"
 
+#include "base/workerthread.h"
+#include "engine/statusreport.h"
 #include "settings/globalsettings.h"
-#include "statusreport.h"
-#include "workerthread.h"
 
 #include <QCoreApplication>
 #include <QDebug>

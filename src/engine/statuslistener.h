@@ -1,22 +1,10 @@
 #pragma once
 
+#include "engine/enginestatus.h"
+
 #include <QObject>
 
 #include <atomic>
-
-/**
- * Status codes of the engine. An engine may report any other value too; it is passed on unchanged.
- * docs/engine-contract.md tells what each means to an engine.
- */
-enum EngineStatus : int {
-    StatusUnknown = -99, ///< no report yet; commands wait
-    StatusNotCalibrated2 = -14, ///< treated like StatusNotCalibrated
-    StatusEngineGaveUp = -12, ///< the engine exited too often and is not started again
-    StatusEngineRestarting = -10, ///< the engine exited and is being started again; commands wait
-    StatusNotCalibrated = -6,
-    StatusNotReady = -1, ///< commands wait; kept through an exit of the engine
-    StatusStarted = 1,
-};
 
 /**
  * Follows the engine's status file and keeps the last status code and firmware indicator.

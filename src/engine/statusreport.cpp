@@ -1,6 +1,6 @@
-#include "statusreport.h"
+#include "engine/statusreport.h"
 
-#include "settings/filehelper.h"
+#include "base/regularfile.h"
 
 #include <QFile>
 
@@ -34,7 +34,7 @@ std::optional<int> toNumber(const QString& text)
 std::optional<StatusReport> StatusReport::fromFile(const QString& path)
 {
     QFile file;
-    if (!FileHelper::openRegularFile(file, path, QIODevice::ReadOnly))
+    if (!openRegularFile(file, path, QIODevice::ReadOnly))
         return std::nullopt;
     StatusReport report;
     const QByteArray statusLine = file.readLine(longestLine);

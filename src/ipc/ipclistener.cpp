@@ -1,8 +1,8 @@
-#include "ipclistener.h"
+#include "ipc/ipclistener.h"
 
-#include "engine/workerthread.h"
-#include "mailboxcommand.h"
-#include "settings/filehelper.h"
+#include "base/regularfile.h"
+#include "base/workerthread.h"
+#include "ipc/mailboxcommand.h"
 #include "settings/globalsettings.h"
 
 #include <QDebug>
@@ -54,7 +54,7 @@ void IpcListener::listenToFifos()
 void IpcListener::drainLeftover(const QString& path)
 {
     QFile file;
-    if (!FileHelper::openRegularFile(file, path, QIODevice::ReadWrite | QIODevice::ExistingOnly))
+    if (!openRegularFile(file, path, QIODevice::ReadWrite | QIODevice::ExistingOnly))
         return;
     if (!MailboxCommand::readFirstLine(file).isEmpty()) {
         emit received(leftoverCode);
@@ -65,7 +65,7 @@ void IpcListener::drainLeftover(const QString& path)
 void IpcListener::readCommand(const QString& path)
 {
     QFile file;
-    if (!FileHelper::openRegularFile(file, path, QIODevice::ReadOnly))
+    if (!openRegularFile(file, path, QIODevice::ReadOnly))
         return;
     const QString line = MailboxCommand::readFirstLine(file);
     qDebug() << "ipc read:" << line;
@@ -86,7 +86,7 @@ void IpcListener::writeDone()
         WorkerThread::msleep(stepMs);
     const QString path = GS::instance()->refifoPath;
     QFile file;
-    if (FileHelper::openRegularFile(file, path, QIODevice::ReadWrite | QIODevice::Truncate)) {
+    if (openRegularFile(file, path, QIODevice::ReadWrite | QIODevice::Truncate)) {
         QTextStream(&file) << "x";
         file.close();
     } else {

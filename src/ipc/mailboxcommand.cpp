@@ -1,4 +1,4 @@
-#include "mailboxcommand.h"
+#include "ipc/mailboxcommand.h"
 
 #include <QFile>
 #include <QTextStream>

@@ -1,4 +1,4 @@
-#include "evector.h"
+#include "settings/evector.h"
 
 #include <cmath>
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QFile>
-
-/// The file helpers of the settings, of the status reader and of the mailbox.
+/// What the start and the calibration reset do with the files of the data directory.
 class FileHelper
 {
 public:
@@ -17,11 +15,4 @@ public:
 
     /// Deletes the calibration file. 0 on success, also when fileExists() denies it; -1 on failure.
     static int cleanVireonCalibFiles();
-
-    /// Opens the regular file at @p path with @p file in @p mode, which means what it means to
-    /// QFile::open(): WriteOnly by itself truncates, and a mode that writes creates a missing
-    /// file unless it holds ExistingOnly. A directory, a device or a pipe in its place counts as
-    /// a file that cannot be opened, and the attempt never blocks. False on failure.
-    /// The open file has no name of its own: remove it by its path.
-    static bool openRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode);
 };

@@ -1,8 +1,9 @@
-#include "globalsettings.h"
+#include "settings/globalsettings.h"
 
+#include "base/regularfile.h"
+#include "base/stringutil.h"
 #include "display/resolutionchangenotifier.h"
-#include "filehelper.h"
-#include "stringutil.h"
+#include "settings/brand.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -280,7 +281,7 @@ GS* GS::load(QString path)
     qDebug() << "Loading global settings from" << path;
     auto settings = std::make_unique<GS>();
     QFile file;
-    if (!FileHelper::openRegularFile(file, path, QIODevice::ReadOnly))
+    if (!openRegularFile(file, path, QIODevice::ReadOnly))
         return nullptr;
 
     // The read that meets the end is processed too: after a last "\n" comes one more, empty line.
@@ -350,9 +351,10 @@ void GS::derivePaths()
 
 void GS::applyProductVariant()
 {
-    if (brand == 1 || brand == 2 || brand == 4)
+    const bool isStylusProduct = isBrand(brand, Brand::Wendle) || isBrand(brand, Brand::Marrowby);
+    if (isStylusProduct || isBrand(brand, Brand::Tal))
         isTouch = 1;
-    if (brand == 2 || brand == 4)
+    if (isStylusProduct)
         stylusOnly = true;
 }
 
@@ -371,15 +373,14 @@ void GS::loadUserSettings()
 {
     qDebug() << "load user settings";
     QFile file;
-    if (FileHelper::openRegularFile(file, QString::fromStdString(userIniPath),
-                                    QIODevice::ReadOnly)) {
+    if (openRegularFile(file, QString::fromStdString(userIniPath), QIODevice::ReadOnly)) {
         QTextStream stream(&file);
         readUserLines(stream);
         if (userParam60 != 0 && param60Override) {
             param60 = userParam60;
             param61 = userParam61;
         }
-    } else if (QThread::idealThreadCount() <= 3 || brand == 1) {
+    } else if (QThread::idealThreadCount() <= 3 || isBrand(brand, Brand::Tal)) {
         cpuState = 0;
     }
     qDebug() << "loaded user settings, profile is" << profile << "autostart is" << autostart;
@@ -417,13 +418,12 @@ void GS::saveUserSettings()
         std::visit(write, line);
         stream << '\n';
     }
-    stream.flush();
 
     // One write over the old text, cut to length after it: whoever reads meanwhile, and whatever
     // ends the process, the file is never empty. A longer old text's end is beyond the lines read.
     QFile file;
-    if (!FileHelper::openRegularFile(file, QString::fromStdString(userIniPath),
-                                     QIODevice::ReadWrite | QIODevice::Unbuffered))
+    if (!openRegularFile(file, QString::fromStdString(userIniPath),
+                         QIODevice::ReadWrite | QIODevice::Unbuffered))
         return;
     const QByteArray bytes = text.toUtf8();
     if (file.write(bytes) == bytes.size())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "evector.h"
+#include "settings/evector.h"
 
 #include <QObject>
 #include <QString>

@@ -1,9 +1,10 @@
-#include "oshelper.h"
+#include "settings/oshelper.h"
 
-#include "filehelper.h"
-#include "globalsettings.h"
+#include "base/regularfile.h"
+#include "settings/globalsettings.h"
 
 #include <QDebug>
+#include <QFile>
 
 #include <array>
 
@@ -37,8 +38,8 @@ OsHelper* OsHelper::instance()
 void OsHelper::setAutostart()
 {
     QFile file;
-    if (!FileHelper::openRegularFile(file, "/etc/xdg/autostart/Vireon.desktop",
-                                     QIODevice::WriteOnly | QIODevice::Truncate)) {
+    if (!openRegularFile(file, "/etc/xdg/autostart/Vireon.desktop",
+                         QIODevice::WriteOnly | QIODevice::Truncate)) {
         qDebug() << "failed to set autostart Desktop entry doesn't exists or no permission to "
                     "write";
         return;

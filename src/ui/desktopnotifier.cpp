@@ -1,6 +1,6 @@
-#include "desktopnotifier.h"
+#include "ui/desktopnotifier.h"
 
-#include "app/installation.h"
+#include "base/installation.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,4 +1,4 @@
-#include "indicatorlibraries.h"
+#include "ui/indicatorlibraries.h"
 
 #include <QDebug>
 #include <QLibrary>

@@ -1,4 +1,4 @@
-#include "keyboardrouter.h"
+#include "ui/keyboardrouter.h"
 
 #include <QApplication>
 #include <QKeyEvent>

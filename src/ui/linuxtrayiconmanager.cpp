@@ -1,7 +1,7 @@
-#include "linuxtrayiconmanager.h"
+#include "ui/linuxtrayiconmanager.h"
 
-#include "app/installation.h"
-#include "indicatorlibraries.h"
+#include "base/installation.h"
+#include "ui/indicatorlibraries.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDebug>

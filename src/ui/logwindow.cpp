@@ -1,4 +1,4 @@
-#include "logwindow.h"
+#include "ui/logwindow.h"
 
 #include <QUrl>
 #include <QVariant>

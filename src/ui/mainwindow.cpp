@@ -1,17 +1,18 @@
-#include "mainwindow.h"
+#include "ui/mainwindow.h"
 
-#include "app/desktop.h"
-#include "app/splash.h"
-#include "desktopnotifier.h"
+#include "base/desktop.h"
 #include "display/resolutionchangenotifier.h"
-#include "engine/engineprocess.h"
+#include "engine/childprocess.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
-#include "keyboardrouter.h"
-#include "linuxtrayiconmanager.h"
-#include "looks.h"
-#include "mywidget.h"
+#include "settings/brand.h"
 #include "settings/globalsettings.h"
+#include "ui/desktopnotifier.h"
+#include "ui/keyboardrouter.h"
+#include "ui/linuxtrayiconmanager.h"
+#include "ui/looks.h"
+#include "ui/mywidget.h"
+#include "ui/splash.h"
 #include "ui/supportaddresses.h"
 #include "ui/viewcolours.h"
 
@@ -47,16 +48,6 @@ const char* const keepAwakeHelper = "VireonIdle.exe"; // its name on every platf
 // Values of GS::cpuState.
 constexpr int cpuMayIdle = 0;
 constexpr int cpuKeptAwake = 2;
-
-struct BrandCode
-{
-    int brand;
-    const char* code;
-};
-
-constexpr int remotePenBrand = 1;
-constexpr BrandCode brandCodes[] = {
-    {0, "qor"}, {remotePenBrand, "tal"}, {2, "wendle"}, {4, "marrowby"}};
 
 /// Types of sendEventToUI().
 enum SceneEvent : int { ScenePress = 0, SceneMove = 1, SceneRelease = 2 };
@@ -213,7 +204,7 @@ void MainWindow::createWindow()
     window->setWindowTitle(appTitle);
     window->adjustSize();
     centreWindow();
-    window->setVisible(brand() == QLatin1String("tal"));
+    window->setVisible(isBrand(GS::instance()->brand, Brand::Tal));
     windowSize = window->size();
 }
 
@@ -336,7 +327,7 @@ void MainWindow::createMenus()
         if (row.inMenuBar)
             menuBar->addMenu(menu);
     }
-    if (brand() == QLatin1String("tal"))
+    if (isBrand(GS::instance()->brand, Brand::Tal))
         connect(fileMenu, &QMenu::aboutToShow, this, &MainWindow::onFileMenuShow);
 }
 
@@ -453,11 +444,7 @@ QString MainWindow::os()
 
 QString MainWindow::brand()
 {
-    for (const BrandCode& entry : brandCodes) {
-        if (entry.brand == GS::instance()->brand)
-            return QLatin1String(entry.code);
-    }
-    return QStringLiteral("nobrand");
+    return brandCode(GS::instance()->brand);
 }
 
 QString MainWindow::appName()
@@ -631,7 +618,7 @@ void MainWindow::onUpdateFirmwareTriggered()
            "open the firmware updater. Select the file 'firmware.iic' from your installation "
            "folder.<br><br><br><br>Manual: <a href='%4'>Download here.</a>")
             .arg(offered, installed, appTitle, QLatin1String(firmwareManualAddress));
-    if (GS::instance()->brand == remotePenBrand) {
+    if (isBrand(GS::instance()->brand, Brand::Tal)) {
         text = tr("A new firmware (Ver. %1) is available (you have Ver. %2).<br><br>It supports to "
                   "store the calibration data onto %3. If you want to update it, If you want to "
                   "update it, please prepare the Windows computer and see the Firmware Update "
@@ -796,7 +783,7 @@ void MainWindow::keepACpuRunning()
     setRootProperty("isKeepACpuRunning", true);
     qDebug() << "keepACpuRunning";
     if (!keepAwakeProcess) {
-        keepAwakeProcess = new EngineProcess;
+        keepAwakeProcess = new ChildProcess;
         // Nobody reads its output, which would pile up here.
         keepAwakeProcess->setStandardOutputFile(QProcess::nullDevice());
         qDebug() << "keepACpuRunning create ";

@@ -1,4 +1,4 @@
-#include "mywidget.h"
+#include "ui/mywidget.h"
 
 #include <QCloseEvent>
 

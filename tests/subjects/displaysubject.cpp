@@ -4,8 +4,8 @@
 // nothing for so long, "delete" with whether instance() is the same before and after. The end of
 // the input ends it.
 
+#include "base/workerthread.h"
 #include "display/resolutionchangenotifier.h"
-#include "engine/workerthread.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

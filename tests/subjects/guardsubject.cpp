@@ -5,8 +5,8 @@
 //   lock   take all that a guard takes while it works: "locked"
 //   spin   make guards, try to run and drop them, for ever: "spinning"
 //   end    destroy all guards and end: "ended"
-#include "app/filelock.h"
-#include "app/runguard.h"
+#include "base/filelock.h"
+#include "ipc/runguard.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>

@@ -6,7 +6,7 @@
 //   dispatcher               answers the class of Qt's event dispatcher
 // Each but the last is answered "done". It says "show" and "quit" when a menu entry was chosen.
 // With the argument gtk3 it has GTK 3 loaded before the first line.
-#include "app/desktop.h"
+#include "base/desktop.h"
 #include "ui/linuxtrayiconmanager.h"
 #include "words.h"
 

@@ -4,8 +4,8 @@
 //   call SLOT          calls a slot without arguments
 //   message TEXT       shows or queues a message
 //   status CODE        reports a status
-#include "app/desktop.h"
 #include "app/resources.h"
+#include "base/desktop.h"
 #include "settings/globalsettings.h"
 #include "ui/mainwindow.h"
 #include "words.h"

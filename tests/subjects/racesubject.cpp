@@ -2,7 +2,7 @@
 // and nothing but the last way orders them. It shows that the thread sanitizer, with the
 // suppressions of this project, still reports each of the others.
 
-#include "engine/workerthread.h"
+#include "base/workerthread.h"
 
 #include <QCoreApplication>
 

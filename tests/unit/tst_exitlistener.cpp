@@ -1,6 +1,6 @@
-#include "engine/exitlistener.h"
+#include "ipc/exitlistener.h"
 
-#include "engine/workerthread.h"
+#include "base/workerthread.h"
 #include "settings/globalsettings.h"
 #include "subjects/logcapture.h"
 #include "subjects/privatetmp.h"

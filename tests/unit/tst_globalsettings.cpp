@@ -1,5 +1,5 @@
+#include "base/workerthread.h"
 #include "display/resolutionchangenotifier.h"
-#include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/settingsfields.h"
 

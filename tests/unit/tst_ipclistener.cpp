@@ -1,4 +1,4 @@
-#include "engine/workerthread.h"
+#include "base/workerthread.h"
 #include "ipc/ipclistener.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"

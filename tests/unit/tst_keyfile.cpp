@@ -1,4 +1,4 @@
-#include "app/keyfile.h"
+#include "base/keyfile.h"
 
 #include "subjects/privatetmp.h"
 #include "subjects/systemvobjects.h"

@@ -1,7 +1,7 @@
 #include "app/resources.h"
+#include "base/workerthread.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
-#include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
 #include "ui/looks.h"

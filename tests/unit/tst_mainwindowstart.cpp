@@ -1,5 +1,5 @@
 #include "app/resources.h"
-#include "engine/workerthread.h"
+#include "base/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
 #include "ui/mainwindow.h"

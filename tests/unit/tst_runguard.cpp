@@ -1,6 +1,6 @@
-#include "app/runguard.h"
+#include "ipc/runguard.h"
 
-#include "app/keyfile.h"
+#include "base/keyfile.h"
 #include "subjects/privatetmp.h"
 #include "subjects/subjectprocess.h"
 

@@ -1,6 +1,6 @@
+#include "base/workerthread.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
-#include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
 

@@ -1,5 +1,5 @@
-#include "app/splash.h"
 #include "support/logrecorder.h"
+#include "ui/splash.h"
 
 #include <QApplication>
 #include <QBitmap>

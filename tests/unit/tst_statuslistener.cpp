@@ -1,5 +1,5 @@
+#include "base/workerthread.h"
 #include "engine/statuslistener.h"
-#include "engine/workerthread.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
 #include "support/permissionchecks.h"

@@ -1,4 +1,4 @@
-#include "settings/stringutil.h"
+#include "base/stringutil.h"
 
 #include <QtTest>
 

@@ -1,7 +1,7 @@
-#include "engine/updaterstatelistener.h"
+#include "ipc/updaterstatelistener.h"
 
-#include "app/keyfile.h"
-#include "engine/workerthread.h"
+#include "base/keyfile.h"
+#include "base/workerthread.h"
 #include "subjects/logcapture.h"
 #include "subjects/privatetmp.h"
 #include "subjects/signalcounter.h"

@@ -1,4 +1,4 @@
-#include "engine/workerthread.h"
+#include "base/workerthread.h"
 #include "support/logrecorder.h"
 
 #include <QDir>

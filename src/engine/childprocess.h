@@ -11,12 +11,12 @@
  * it SIGTERM then, also when the controller is killed. Its standard error goes where the
  * controller's goes: unread, it would pile up in the process object.
  */
-class EngineProcess : public QProcess
+class ChildProcess : public QProcess
 {
     Q_OBJECT
 
 public:
-    explicit EngineProcess(QObject* parent = nullptr);
+    explicit ChildProcess(QObject* parent = nullptr);
 
 protected:
     void setupChildProcess() override;

@@ -1,4 +1,4 @@
-#include "filelock.h"
+#include "base/filelock.h"
 
 #include <QDeadlineTimer>
 #include <QDebug>

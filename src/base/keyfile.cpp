@@ -1,4 +1,4 @@
-#include "keyfile.h"
+#include "base/keyfile.h"
 
 #include <QFile>
 #include <QSharedMemory>

@@ -1,4 +1,4 @@
-#include "desktop.h"
+#include "base/desktop.h"
 
 #include <QtGlobal>
 

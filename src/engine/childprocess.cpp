@@ -1,4 +1,4 @@
-#include "engineprocess.h"
+#include "engine/childprocess.h"
 
 #include <QCoreApplication>
 
@@ -6,7 +6,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-EngineProcess::EngineProcess(QObject* parent)
+ChildProcess::ChildProcess(QObject* parent)
     : QProcess(parent)
     , parentPid(QCoreApplication::applicationPid())
 {
@@ -15,7 +15,7 @@ EngineProcess::EngineProcess(QObject* parent)
 }
 
 // Runs in the child, between fork and exec: only async-signal-safe calls.
-void EngineProcess::setupChildProcess()
+void ChildProcess::setupChildProcess()
 {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     // A parent that has died before the call above sends no signal any more.

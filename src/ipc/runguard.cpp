@@ -1,7 +1,7 @@
-#include "runguard.h"
+#include "ipc/runguard.h"
 
-#include "filelock.h"
-#include "keyfile.h"
+#include "base/filelock.h"
+#include "base/keyfile.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "stringutil.h"
+#include "base/stringutil.h"
 
 #include <cstring>
 #include <stdexcept>

@@ -1,7 +1,7 @@
-#include "updaterstatelistener.h"
+#include "ipc/updaterstatelistener.h"
 
-#include "engine/lifeline.h"
-#include "engine/workerthread.h"
+#include "base/lifeline.h"
+#include "base/workerthread.h"
 
 #include <QDebug>
 #include <QFile>

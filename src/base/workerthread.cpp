@@ -1,4 +1,4 @@
-#include "workerthread.h"
+#include "base/workerthread.h"
 
 #include <QDeadlineTimer>
 #include <QDebug>

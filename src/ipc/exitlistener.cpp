@@ -1,8 +1,8 @@
-#include "exitlistener.h"
+#include "ipc/exitlistener.h"
 
-#include "app/runguard.h"
-#include "engine/lifeline.h"
-#include "engine/workerthread.h"
+#include "base/lifeline.h"
+#include "base/workerthread.h"
+#include "ipc/runguard.h"
 #include "settings/globalsettings.h"
 
 #include <QDebug>

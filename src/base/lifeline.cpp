@@ -1,4 +1,4 @@
-#include "lifeline.h"
+#include "base/lifeline.h"
 
 #include <QThread>
 
