@@ -23,6 +23,15 @@
 #include <cstdio>
 #include <unistd.h>
 
+// How the program ends. MainWindow::exitApp() is the only way out, for the user and, through
+// QuitRequests, for the system. On the GUI thread: the engine's command "Q" goes to its own thread,
+// tray icon, keep-awake helper and window go, and 800 ms pass without an event loop, in which an
+// exit of the engine would be taken for a crash; then the event loop ends. Until here the workers
+// go on: the status reader may report to nobody, a command that still waits for its engine runs
+// when that gets ready. Then WorkerThread::stopAll() cuts every sleep and every loop leaves at its
+// next test, 500 ms for all. After that no thread but this one uses anything of the program, or
+// nothing more is destroyed than the guard's hold; the process leaves without static destructors.
+
 namespace {
 
 constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
@@ -38,15 +47,68 @@ void installTranslation(QTranslator& translator)
     QCoreApplication::installTranslator(&translator);
 }
 
-/// The view is small and mostly still. Drawn without GL the program takes 66 MB instead of 120 to
-/// 133, and 3 % of a processor instead of 17 to 54 while "Loading..." turns, at an even 62 pictures
-/// per second; it starts sooner, and neither takes anything when idle (bench/renderers, no GPU).
+/// The view is small and mostly still: drawn without GL it starts sooner, takes half the memory and
+/// a fraction of the processor while "Loading..." turns (bench/README.md, renderers).
 void chooseRenderer()
 {
     // Or Qt loads the GL driver for the windows around the view all the same.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
+}
+
+// --- The three steps of a run -----------------------------------------------------------------
+
+/// What holds for the process from its first window on.
+void prepareApplication()
+{
+    QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
+    QCoreApplication::setApplicationVersion(QLatin1String(version));
+    // The window only hides when it is closed, and must never hold up the end of a session.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+    applyLooks();
+    chooseRenderer();
+}
+
+/// Makes and shows the main window, and starts the engine.
+void start(QTranslator& translator)
+{
+    qDebug() << "Start vireon-main";
+    installTranslation(translator);
+    unifyFonts();
+    qDebug() << "Create MainWindow";
+    const QString openText = QObject::tr("Open");
+    const QString exitText = QObject::tr("Exit");
+    FileHelper::cleanWorkingDirectory();
+    mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
+    auto* quitRequests = new QuitRequests(mainWindow);
+    QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
+    auto* service = new ApplicationService(mainWindow);
+    QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
+                     &MainWindow::bringToFront);
+    service->start();
+    qDebug() << "Run Vireon";
+    SdkHelper::instance(nullptr)->startVireon();
+}
+
+/// Ends the threads once the event loop has ended. False when one is still alive, in a tool that
+/// hangs: it may use whatever the application object takes with it.
+bool endThreads()
+{
+    WorkerThread::stopAll();
+    return WorkerThread::waitForAll(quitBudgetMs);
+}
+
+/// Tells that the program runs already, and lets the copy that does show its window.
+void giveWay(const QByteArray& startupId)
+{
+    QMessageBox::critical(nullptr, QStringLiteral("Error"),
+                          QStringLiteral("Vireon application is already running."), QMessageBox::Ok,
+                          QMessageBox::NoButton);
+    ApplicationService::activateOther(startupId);
 }
 
 /// Ends the process without the static destructors, which must not run under living threads.
@@ -58,52 +120,22 @@ void chooseRenderer()
 
 int run(int& argc, char** argv)
 {
-    // Qt takes both out of the environment's hands: read and hidden before it looks.
+    // Read and hidden before Qt looks: it takes both out of the environment.
     const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID");
     GtkThemeBlocker themeBlocker;
     QApplication application(argc, argv, applicationFlags);
     themeBlocker.restore();
-    QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
-    QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
-    QCoreApplication::setApplicationVersion(QLatin1String(version));
-    // The window only hides when it is closed, and must never hold up the end of a session.
-    QApplication::setQuitOnLastWindowClosed(false);
-    QGuiApplication::setFallbackSessionManagementEnabled(false);
-    applyLooks();
-    chooseRenderer();
+    prepareApplication();
 
     RunGuard guard(GS::instance()->appName);
     if (!guard.tryToRun()) {
-        QMessageBox::critical(nullptr, QStringLiteral("Error"),
-                              QStringLiteral("Vireon application is already running."),
-                              QMessageBox::Ok, QMessageBox::NoButton);
-        ApplicationService::activateOther(startupId);
+        giveWay(startupId);
         return 0;
     }
-
-    qDebug() << "Start vireon-main";
     QTranslator translator;
-    installTranslation(translator);
-    unifyFonts();
-    qDebug() << "Create MainWindow";
-    const QString openText = QObject::tr("Open");
-    const QString exitText = QObject::tr("Exit");
-    FileHelper::cleanWorkingDirectory();
-    mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
-    const QuitRequests quitRequests;
-    QObject::connect(&quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
-    ApplicationService service;
-    QObject::connect(&service, &ApplicationService::activateRequested, mainWindow,
-                     &MainWindow::bringToFront);
-    service.start();
-    qDebug() << "Run Vireon";
-    SdkHelper::instance(nullptr)->startVireon();
-
+    start(translator);
     const int status = QApplication::exec();
-    WorkerThread::stopAll();
-    if (!WorkerThread::waitForAll(quitBudgetMs)) {
-        // A thread that is still alive, in a tool that hangs, may use whatever is destroyed now.
+    if (!endThreads()) {
         guard.release();
         leave(status);
     }

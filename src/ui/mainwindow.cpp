@@ -7,32 +7,29 @@
 #include "engine/statuslistener.h"
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
-#include "ui/desktopnotifier.h"
+#include "ui/firmwareprompt.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
-#include "ui/looks.h"
+#include "ui/messagechannel.h"
 #include "ui/mywidget.h"
 #include "ui/splash.h"
 #include "ui/supportaddresses.h"
 #include "ui/viewcolours.h"
+#include "ui/windowframe.h"
 
 #include <QAction>
-#include <QBoxLayout>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QFile>
-#include <QGraphicsSceneMouseEvent>
-#include <QGuiApplication>
+#include <QIcon>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QQmlContext>
 #include <QQmlError>
-#include <QQuickItem>
-#include <QScreen>
 #include <QThread>
 #include <QTimer>
+#include <QUrl>
 
 #include <cstdio>
 
@@ -41,28 +38,11 @@ namespace {
 constexpr int splashTimeMs = 10000;
 constexpr int messageTimeMs = 5000;
 constexpr unsigned long quitGraceMs = 800; // for the engine to act on the quit command
-constexpr int lastOldFirmware = 1;
-const char* const offeredFirmware = "1.2";
 const char* const keepAwakeHelper = "VireonIdle.exe"; // its name on every platform
 
 // Values of GS::cpuState.
 constexpr int cpuMayIdle = 0;
 constexpr int cpuKeptAwake = 2;
-
-/// Types of sendEventToUI().
-enum SceneEvent : int { ScenePress = 0, SceneMove = 1, SceneRelease = 2 };
-
-QEvent::Type sceneEventType(int type)
-{
-    switch (type) {
-    case SceneMove:
-        return QEvent::GraphicsSceneMouseMove;
-    case SceneRelease:
-        return QEvent::GraphicsSceneMouseRelease;
-    default:
-        return QEvent::GraphicsSceneMousePress;
-    }
-}
 
 bool isNotCalibrated(int status)
 {
@@ -102,9 +82,9 @@ MainWindow::MainWindow(QString openText, QString exitText, QString versionText)
     windowVisible = true;
     connectStatusSources();
     reserved = nullptr;
-    setRootProperty("isGreaterEqualsWin8", false);
-    setRootProperty("status", StatusStarted);
-    setRootProperty("finishedLoading", true);
+    viewRoot.setGreaterEqualsWin8(false);
+    viewRoot.setStatus(StatusStarted);
+    viewRoot.setFinishedLoading(true);
     show();
     constructed = true;
     showWarnings();
@@ -138,10 +118,15 @@ void MainWindow::exposeToQml()
 void MainWindow::createTray(const QString& openText, const QString& exitText)
 {
     isUnity = isUnityDesktop();
-    if (!isUnity) {
+    if (isUnity)
+        createIndicator(openText, exitText);
+    else
         createTrayIcon(exitText);
-        return;
-    }
+    messages = new MessageChannel(trayIcon, trayIconManager, this);
+}
+
+void MainWindow::createIndicator(const QString& openText, const QString& exitText)
+{
     trayIconManager = new LinuxTrayIconManager;
     connect(trayIconManager, &LinuxTrayIconManager::trayIconClicked, this, &MainWindow::showWindow);
     connect(trayIconManager, &LinuxTrayIconManager::trayIconQuit, this, &MainWindow::exitApp);
@@ -160,7 +145,6 @@ void MainWindow::createTrayIcon(const QString& exitText)
     trayIcon->setContextMenu(trayMenu);
     connect(trayIcon, &QSystemTrayIcon::activated, this, &MainWindow::onTrayIconClicked);
     connect(trayIcon, &QSystemTrayIcon::messageClicked, this, &MainWindow::showWindow);
-    notifier = new DesktopNotifier(this);
 }
 
 void MainWindow::loadView()
@@ -169,7 +153,7 @@ void MainWindow::loadView()
     // What the view does not cover: nothing flashes up before its first picture.
     setColor(QLatin1String(ViewColours::surface));
     setSource(QUrl(QStringLiteral("qrc:/qml/main.qml")));
-    if (rootObject())
+    if (viewRoot.exists())
         return;
     // The compiled view fits one Qt version only, so that an update of Qt can end here.
     QString text = tr("The main view cannot be loaded. Please install Vireon again.");
@@ -182,11 +166,10 @@ void MainWindow::loadView()
 void MainWindow::writeInitialProperties(const QString& versionText)
 {
     const GS* settings = GS::instance();
-    setRootProperty("isGreaterEqualsWin8", false);
-    // The view's property is the negation of the setting; the view is built against that.
-    setRootProperty("isTouch", settings->isTouch == 0);
-    setRootProperty("versionText", versionText);
-    setRootProperty("isAutoStart", settings->autostart);
+    viewRoot.setGreaterEqualsWin8(false);
+    viewRoot.setTouch(settings->isTouch == 0);
+    viewRoot.setVersionText(versionText);
+    viewRoot.setAutoStart(settings->autostart);
 }
 
 void MainWindow::createWindow()
@@ -197,37 +180,12 @@ void MainWindow::createWindow()
     container->setFocusPolicy(Qt::StrongFocus);
 
     window = new MyWidget;
-    auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, window);
-    // The view fills the window. What is left below it is for the menu bar.
-    layout->setContentsMargins(0, 0, 0, menuBarHeight());
-    layout->addWidget(container);
     window->setWindowTitle(appTitle);
-    window->adjustSize();
-    centreWindow();
+    frame = std::make_unique<WindowFrame>(*window);
+    frame->fill(*container);
+    frame->centre();
     window->setVisible(isBrand(GS::instance()->brand, Brand::Tal));
     windowSize = window->size();
-}
-
-void MainWindow::centreWindow()
-{
-    const QScreen* primary = QGuiApplication::primaryScreen();
-    if (!primary)
-        return;
-    const QRect frame = window->geometry();
-    window->move(primary->geometry().center()
-                 - QPoint((frame.right() - frame.left()) / 2, (frame.bottom() - frame.top()) / 2));
-}
-
-// A window manager shows a window again where it was, be that off a screen that has shrunk.
-void MainWindow::keepOnScreen()
-{
-    if (!window)
-        return;
-    for (const QScreen* screen : QGuiApplication::screens()) {
-        if (screen->geometry().contains(window->frameGeometry()))
-            return;
-    }
-    centreWindow();
 }
 
 void MainWindow::installMenuBar()
@@ -235,11 +193,7 @@ void MainWindow::installMenuBar()
     createActions();
     menuBar = new QMenuBar;
     createMenus();
-    window->layout()->setContentsMargins(0, 0, 0, 0);
-    window->layout()->setMenuBar(menuBar);
-    // Without this the menu bar's height would raise the minimum above the fixed size.
-    window->layout()->setSizeConstraint(QLayout::SetNoConstraint);
-    window->setFixedSize(windowSize);
+    frame->installMenuBar(*menuBar, windowSize);
     new KeyboardRouter(this, window, menuBar, this);
 }
 
@@ -261,10 +215,10 @@ void MainWindow::showWarnings()
 {
     if (!ResolutionChangeNotifier::isOptimumFreq()) {
         qDebug() << "show freq error";
-        callRoot("showFreqPopup");
+        viewRoot.showFreqPopup();
     }
     if (!GS::instance()->acPopUpEnabled)
-        callRoot("disableAcPopUp");
+        viewRoot.disableAcPopUp();
 }
 
 // --- Menus and their pages --------------------------------------------------------------------
@@ -331,8 +285,6 @@ void MainWindow::createMenus()
         connect(fileMenu, &QMenu::aboutToShow, this, &MainWindow::onFileMenuShow);
 }
 
-void MainWindow::onFileMenuShow() { }
-
 void MainWindow::onLoadCcf()
 {
     sdk->trigger(SdkHelper::LoadCcf);
@@ -377,11 +329,6 @@ void MainWindow::showWindow()
     window->raise();
 }
 
-void MainWindow::hideWindow()
-{
-    hide();
-}
-
 void MainWindow::bringToFront()
 {
     showWindow();
@@ -400,7 +347,7 @@ void MainWindow::onClosing()
         return;
     hide();
     if (!closeHintShown) {
-        showMessage(isUnity || QSystemTrayIcon::isSystemTrayAvailable()
+        showMessage(messages->hasTray()
                         ? tr("Running in background, you can open and quit the window from the ")
                             + tr("icon-tray.")
                         : tr("Running in background. Start Vireon again to open the window."));
@@ -415,41 +362,18 @@ void MainWindow::onResolutionChanged(int width, int height)
     const bool wasVisible = windowVisible;
     if (wasVisible)
         hideWindow();
-    keepOnScreen();
+    if (frame)
+        frame->keepOnScreen();
     if (wasVisible)
         showWindow();
-    callRoot("checkAspectRatio");
+    viewRoot.checkAspectRatio();
     if (!ResolutionChangeNotifier::isOptimumFreq())
-        callRoot("showFreqPopup");
-}
-
-void MainWindow::openLogWindow() { }
-
-void MainWindow::adaptWindowSize(int width, int height, double factor)
-{
-    Q_UNUSED(width)
-    Q_UNUSED(height)
-    Q_UNUSED(factor)
-}
-
-void MainWindow::appendText(QString text)
-{
-    Q_UNUSED(text)
-}
-
-QString MainWindow::os()
-{
-    return QStringLiteral("linux");
+        viewRoot.showFreqPopup();
 }
 
 QString MainWindow::brand()
 {
     return brandCode(GS::instance()->brand);
-}
-
-QString MainWindow::appName()
-{
-    return appTitle;
 }
 
 // --- Mouse and touch --------------------------------------------------------------------------
@@ -466,26 +390,12 @@ bool MainWindow::event(QEvent* ev)
 
 void MainWindow::touchEvent(QTouchEvent* ev)
 {
-    for (const QTouchEvent::TouchPoint& point : ev->touchPoints()) {
-        const QPointF position = point.pos();
-        const Qt::TouchPointState state = point.state();
-        if (state != Qt::TouchPointMoved && state != Qt::TouchPointPressed
-            && state != Qt::TouchPointReleased)
-            continue;
-        sendEventToUI(position.x(), position.y(), SceneMove);
-        if (state != Qt::TouchPointMoved)
-            sendEventToUI(position.x(), position.y(),
-                          state == Qt::TouchPointPressed ? ScenePress : SceneRelease);
-    }
+    touchTranslator.translate(*ev);
 }
 
 void MainWindow::sendEventToUI(double x, double y, int type)
 {
-    QGraphicsSceneMouseEvent sceneEvent(sceneEventType(type));
-    sceneEvent.setScenePos(QPointF(x - geometry().x(), y - geometry().y()));
-    sceneEvent.setButton(Qt::LeftButton);
-    sceneEvent.setButtons(Qt::LeftButton);
-    QCoreApplication::sendEvent(this, &sceneEvent);
+    touchTranslator.send(x, y, type);
 }
 
 // --- Status -----------------------------------------------------------------------------------
@@ -497,50 +407,20 @@ void MainWindow::onStatusChanged(int id)
     qDebug() << "status" << id;
     if (isNotCalibrated(id))
         showMessage(tr("Vireon not calibrated. Please Calibrate!"));
-    writeStatus(id);
+    viewRoot.setStatus(id);
     showWindow();
     sdk->resetLastAction();
 }
 
 void MainWindow::updateFirmwareHint(int id)
 {
-    const bool engineAway =
-        id == StatusEngineGaveUp || id == StatusEngineRestarting || id == StatusNotReady;
-    if (engineAway || StatusListener::instance()->firmware > lastOldFirmware) {
-        updateFirmwareAction->setEnabled(false);
+    const bool offered = FirmwarePrompt::isOffered(id, StatusListener::instance()->firmware);
+    updateFirmwareAction->setEnabled(offered);
+    if (!offered)
         return;
-    }
-    updateFirmwareAction->setEnabled(true);
-    if (!firmwarePromptShown) {
-        showMessage(
-            tr("Camera unit firmware is old version. Please click 'File' in the task bar to "
-               "update it."));
-    }
+    if (!firmwarePromptShown)
+        showMessage(FirmwarePrompt::hint());
     firmwarePromptShown = true;
-}
-
-void MainWindow::writeStatus(int id)
-{
-    QQuickItem* root = rootObject();
-    if (!root)
-        return;
-    // A write of an equal value tells the view nothing, yet it must react to every report.
-    const bool equal = root->property("status").toInt() == id;
-    root->setProperty("status", id);
-    if (equal)
-        callRoot("statusChanged");
-}
-
-void MainWindow::setRootProperty(const char* name, const QVariant& value)
-{
-    if (QQuickItem* root = rootObject())
-        root->setProperty(name, value);
-}
-
-void MainWindow::callRoot(const char* function)
-{
-    if (QQuickItem* root = rootObject())
-        QMetaObject::invokeMethod(root, function);
 }
 
 bool MainWindow::aspectRatioWarningShown()
@@ -586,56 +466,19 @@ void MainWindow::showMessage()
 
 void MainWindow::displayMessage(const QString& text)
 {
-    if (trayIconManager)
-        trayIconManager->createNotification(appTitle.toUtf8().data(), text.toUtf8().data());
-    else if (trayIcon && QSystemTrayIcon::isSystemTrayAvailable())
-        trayIcon->showMessage(appTitle, text, QSystemTrayIcon::Information, messageTimeMs);
-    else if (notifier)
-        notifier->showMessage(appTitle, text); // no tray to show it
+    messages->show(appTitle, text);
     messageShowing = true;
     QTimer::singleShot(messageTimeMs, this, qOverload<>(&MainWindow::showMessage));
 }
 
 void MainWindow::hideMessage()
 {
-    if (!trayIcon)
-        return;
-    notifier->closeMessage(); // if it was shown without a tray
-    trayIcon->setVisible(false);
-    trayIcon->setVisible(true);
+    messages->hide();
 }
 
 void MainWindow::onUpdateFirmwareTriggered()
 {
-    const QString installed =
-        QStringLiteral("1.%1").arg(StatusListener::instance()->firmware.load());
-    const QString offered = QLatin1String(offeredFirmware);
-    // The multi-argument form: a marker inside an inserted text must not be replaced in turn.
-    QString text =
-        tr("A new firmware (Ver. %1) is available (you have Ver. %2).<br><br>It supports to store "
-           "the calibration data onto %3. If you want to update it, please see the Firmware "
-           "Update Manual in the website link below and click 'Start' button below. This will "
-           "open the firmware updater. Select the file 'firmware.iic' from your installation "
-           "folder.<br><br><br><br>Manual: <a href='%4'>Download here.</a>")
-            .arg(offered, installed, appTitle, QLatin1String(firmwareManualAddress));
-    if (isBrand(GS::instance()->brand, Brand::Tal)) {
-        text = tr("A new firmware (Ver. %1) is available (you have Ver. %2).<br><br>It supports to "
-                  "store the calibration data onto %3. If you want to update it, If you want to "
-                  "update it, please prepare the Windows computer and see the Firmware Update "
-                  "Manual in the website link below.<br><br>Manual: ")
-                   .arg(offered, installed, appTitle)
-            + QStringLiteral("<a href='%1'>%2</a>")
-                  .arg(QLatin1String(remotePenDownloadAddress), tr("Download here."));
-    }
-    QMessageBox box;
-    box.setTextFormat(Qt::RichText);
-    box.setWindowTitle(tr("Update Firmware"));
-    box.setText(text);
-    box.addButton(tr("Start"), QMessageBox::YesRole);
-    const QAbstractButton* exitButton = box.addButton(tr("Exit"), QMessageBox::NoRole);
-    box.exec();
-    if (box.clickedButton() == exitButton)
-        box.close();
+    FirmwarePrompt::exec(StatusListener::instance()->firmware, GS::instance()->brand, appTitle);
 }
 
 // --- Calibration and other commands to the engine ---------------------------------------------
@@ -667,8 +510,8 @@ void MainWindow::deleteCalibrationCache()
 
 void MainWindow::markCalibration()
 {
-    setRootProperty("isLoading", true);
-    setRootProperty("aspectRatioWarningShown", true);
+    viewRoot.setLoading(true);
+    viewRoot.setAspectRatioWarningShown(true);
 }
 
 void MainWindow::startParallaxCorrection()
@@ -695,7 +538,7 @@ void MainWindow::pauseResumeCalibration()
 {
     qDebug() << "pause resume";
     calibrationPaused = !calibrationPaused;
-    setRootProperty("pauseCalib", calibrationPaused);
+    viewRoot.setCalibrationPaused(calibrationPaused);
     sdk->trigger(SdkHelper::PauseResumeCalibration);
     showMessage(calibrationPaused ? tr("Calibration is paused! Mouse/Touch will not work")
                                   : tr("Calibration resumed"));
@@ -703,7 +546,7 @@ void MainWindow::pauseResumeCalibration()
 
 void MainWindow::resetCalibration()
 {
-    const int shown = rootObject() ? rootObject()->property("status").toInt() : StatusUnknown;
+    const int shown = viewRoot.status();
     if (shown == StatusNotReady || shown == StatusEngineGaveUp)
         return;
     sdk->trigger(SdkHelper::ResetCalibration);
@@ -747,7 +590,7 @@ void MainWindow::toggleAutoStart()
 {
     qDebug() << "auto Start clicked";
     autoStart = !autoStart;
-    setRootProperty("isAutoStart", autoStart);
+    viewRoot.setAutoStart(autoStart);
     GS::instance()->autostart = autoStart;
     GS::instance()->saveUserSettings();
 }
@@ -757,10 +600,10 @@ void MainWindow::toggleKeepACpuAwake()
     std::atomic<int>& state = GS::instance()->cpuState;
     if (state == cpuMayIdle) {
         state = cpuKeptAwake;
-        setRootProperty("isKeepACpuRunning", true);
+        viewRoot.setKeepingACpuRunning(true);
     } else if (state == cpuKeptAwake) {
         state = cpuMayIdle;
-        setRootProperty("isKeepACpuRunning", false);
+        viewRoot.setKeepingACpuRunning(false);
     }
     setCpuState();
     GS::instance()->saveUserSettings();
@@ -780,7 +623,7 @@ void MainWindow::setCpuState()
 void MainWindow::keepACpuRunning()
 {
     qDebug() << "keepACpuRunning";
-    setRootProperty("isKeepACpuRunning", true);
+    viewRoot.setKeepingACpuRunning(true);
     qDebug() << "keepACpuRunning";
     if (!keepAwakeProcess) {
         keepAwakeProcess = new ChildProcess;
@@ -795,7 +638,7 @@ void MainWindow::keepACpuRunning()
 
 void MainWindow::enableProcessorIdleMode()
 {
-    setRootProperty("isKeepACpuRunning", false);
+    viewRoot.setKeepingACpuRunning(false);
     if (keepAwakeProcess)
         keepAwakeProcess->close();
 }

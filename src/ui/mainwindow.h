@@ -1,13 +1,18 @@
 #pragma once
 
+#include "ui/touchtranslator.h"
+#include "ui/viewroot.h"
+
 #include <QList>
 #include <QQuickView>
 #include <QSize>
 #include <QString>
 #include <QSystemTrayIcon>
 
-class DesktopNotifier;
+#include <memory>
+
 class LinuxTrayIconManager;
+class MessageChannel;
 class MyWidget;
 class QAction;
 class QMenu;
@@ -15,6 +20,7 @@ class QMenuBar;
 class QProcess;
 class SdkHelper;
 class Splash;
+class WindowFrame;
 
 /**
  * The hub of the program: the main view and all that is around it.
@@ -65,10 +71,9 @@ public:
     void enableProcessorIdleMode();
 
     /// Takes every line of the log handler. Nothing shows them yet.
-    void appendText(QString text);
+    void appendText(QString /*text*/) { }
 
-    /// Delivers a scene mouse event with the left button to this view, at (@p x, @p y) px less the
-    /// view's position: 1 moves, 2 releases, any other @p type presses.
+    /// Delivers a scene mouse event to this view, see TouchTranslator::send().
     void sendEventToUI(double x, double y, int type);
 
     /// Turns touch points into scene mouse events. An entry for callers only: the view itself
@@ -120,8 +125,8 @@ public slots:
     void hideMessage();
 
     void showWindow();
-    void hideWindow();
-    void openLogWindow(); ///< does nothing
+    void hideWindow() { hide(); }
+    void openLogWindow() { } ///< nothing to open yet
 
     /// The user closed the window: hides it, with a hint the first time, unless the program quits.
     void onClosing();
@@ -130,12 +135,12 @@ public slots:
     void multiPointerMode();
     void setPointerMode(bool single); ///< only remembers it and sets the check marks
     void offsetCorrection();
-    QString os();
+    QString os() { return QStringLiteral("linux"); }
 
     /// The code of GS::brand: "qor", "tal", "wendle", "marrowby", or "nobrand" for any other.
     QString brand();
 
-    QString appName();
+    QString appName() { return appTitle; }
 
     /// Shows the window anew, for the new screens, and lets the view check them.
     void onResolutionChanged(int width = 0, int height = 0);
@@ -150,8 +155,9 @@ public slots:
 
     void onGoingToSleep(); ///< ends the engine
     void onWakingUp(); ///< starts it again
-    void adaptWindowSize(int width, int height, double factor); ///< does nothing
-    void onFileMenuShow(); ///< does nothing
+    void adaptWindowSize(int /*width*/, int /*height*/, double /*factor*/) {
+    } ///< the size is fixed
+    void onFileMenuShow() { } ///< nothing to bring up to date yet
 
     /// Lets the engine read its calibration configuration file again.
     void onLoadCcf();
@@ -176,20 +182,16 @@ private:
     void exposeToQml();
     void createTray(const QString& openText, const QString& exitText);
     void createTrayIcon(const QString& exitText);
+    void createIndicator(const QString& openText, const QString& exitText);
     void loadView();
     void writeInitialProperties(const QString& versionText);
     void createWindow();
-    void centreWindow();
-    void keepOnScreen();
     void installMenuBar();
     void applyPointerMode();
     void connectStatusSources();
     void showWarnings();
 
     // Small pieces that several slots share.
-    void setRootProperty(const char* name, const QVariant& value);
-    void callRoot(const char* function);
-    void writeStatus(int id);
     void updateFirmwareHint(int id);
     void displayMessage(const QString& text);
     void markCalibration();
@@ -236,7 +238,12 @@ private:
     double lastFactor = -1.0;
     QList<QString> pendingMessages;
     bool messageShowing = false;
-    DesktopNotifier* notifier = nullptr; ///< for desktops without a tray
+
+    // What the members above are handled with.
+    ViewRoot viewRoot {*this};
+    TouchTranslator touchTranslator {*this};
+    MessageChannel* messages = nullptr;
+    std::unique_ptr<WindowFrame> frame; ///< of the top-level window
 };
 
 /// The one main window; null until its constructor has returned.

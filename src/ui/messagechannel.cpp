@@ -1,0 +1,45 @@
+#include "ui/messagechannel.h"
+
+#include "ui/desktopnotifier.h"
+#include "ui/linuxtrayiconmanager.h"
+
+#include <QSystemTrayIcon>
+
+namespace {
+
+constexpr int displayMs = 5000;
+
+} // namespace
+
+MessageChannel::MessageChannel(QSystemTrayIcon* trayIcon, LinuxTrayIconManager* trayIconManager,
+                               QObject* parent)
+    : QObject(parent)
+    , icon(trayIcon)
+    , indicator(trayIconManager)
+    , notifier(trayIcon ? new DesktopNotifier(this) : nullptr)
+{
+}
+
+bool MessageChannel::hasTray() const
+{
+    return indicator || QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void MessageChannel::show(const QString& title, const QString& text)
+{
+    if (indicator)
+        indicator->createNotification(title.toUtf8().data(), text.toUtf8().data());
+    else if (hasTray())
+        icon->showMessage(title, text, QSystemTrayIcon::Information, displayMs);
+    else
+        notifier->showMessage(title, text);
+}
+
+void MessageChannel::hide()
+{
+    if (!icon)
+        return;
+    notifier->closeMessage(); // if it was shown without a tray
+    icon->setVisible(false);
+    icon->setVisible(true);
+}

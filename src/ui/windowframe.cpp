@@ -1,0 +1,51 @@
+#include "ui/windowframe.h"
+
+#include "ui/looks.h"
+
+#include <QBoxLayout>
+#include <QGuiApplication>
+#include <QMenuBar>
+#include <QScreen>
+#include <QWidget>
+
+WindowFrame::WindowFrame(QWidget& itsWindow)
+    : window(itsWindow)
+{
+}
+
+void WindowFrame::fill(QWidget& content)
+{
+    auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, &window);
+    layout->setContentsMargins(0, 0, 0, menuBarHeight());
+    layout->addWidget(&content);
+    window.adjustSize();
+}
+
+void WindowFrame::installMenuBar(QMenuBar& bar, const QSize& size)
+{
+    QLayout* layout = window.layout();
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setMenuBar(&bar);
+    // Without this the menu bar's height would raise the minimum above the fixed size.
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    window.setFixedSize(size);
+}
+
+void WindowFrame::centre()
+{
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    if (!primary)
+        return;
+    const QRect frame = window.geometry();
+    window.move(primary->geometry().center()
+                - QPoint((frame.right() - frame.left()) / 2, (frame.bottom() - frame.top()) / 2));
+}
+
+void WindowFrame::keepOnScreen()
+{
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen->geometry().contains(window.frameGeometry()))
+            return;
+    }
+    centre();
+}

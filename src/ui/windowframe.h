@@ -1,0 +1,34 @@
+#pragma once
+
+class QMenuBar;
+class QSize;
+class QWidget;
+
+/**
+ * Size and place of the top-level window around the main view.
+ *
+ * The window has one fixed size, which the view fills but for the menu bar. It stands in the
+ * middle of the primary screen until the user moves it. GUI thread only.
+ */
+class WindowFrame
+{
+public:
+    /// @p window outlives this, and must have a layout before anything else is called.
+    explicit WindowFrame(QWidget& window);
+
+    /// Gives @p content all of the window, and leaves room for a menu bar.
+    void fill(QWidget& content);
+
+    /// Puts the menu bar into the room that was left for it, and fixes the window's @p size in px.
+    void installMenuBar(QMenuBar& bar, const QSize& size);
+
+    /// Moves the window into the middle of the primary screen; without a screen, does nothing.
+    void centre();
+
+    /// Centres a window that no screen shows as a whole, after a screen has shrunk or gone: a
+    /// window manager would show it again where it was.
+    void keepOnScreen();
+
+private:
+    QWidget& window;
+};
