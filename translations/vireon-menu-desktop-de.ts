@@ -41,6 +41,37 @@
     </message>
 </context>
 <context>
+    <name>FirmwarePrompt</name>
+    <message>
+        <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
+        <translation>Die Firmware der Kameraeinheit ist veraltet. Bitte klicken Sie in der Taskleiste auf „Datei“, um sie zu aktualisieren.</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
+        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, halten Sie bitte einen Windows-Computer bereit und lesen Sie die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link.&lt;br&gt;&lt;br&gt;Anleitung: </translation>
+    </message>
+    <message>
+        <source>Download here.</source>
+        <translation>Hier herunterladen.</translation>
+    </message>
+    <message>
+        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
+        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, lesen Sie bitte die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link und klicken Sie unten auf „Start“. Damit öffnet sich das Aktualisierungsprogramm. Wählen Sie die Datei „firmware.iic“ aus Ihrem Installationsordner.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Anleitung: &lt;a href=&apos;%4&apos;&gt;Hier herunterladen.&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>Update Firmware</source>
+        <translation>Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Beenden</translation>
+    </message>
+</context>
+<context>
     <name>FreqWarning</name>
     <message>
         <source>Slow writing
@@ -159,30 +190,6 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     <message>
         <source>Vireon not calibrated. Please Calibrate!</source>
         <translation>Vireon ist nicht kalibriert. Bitte kalibrieren!</translation>
-    </message>
-    <message>
-        <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
-        <translation>Die Firmware der Kameraeinheit ist veraltet. Bitte klicken Sie in der Taskleiste auf „Datei“, um sie zu aktualisieren.</translation>
-    </message>
-    <message>
-        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
-        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, lesen Sie bitte die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link und klicken Sie unten auf „Start“. Damit öffnet sich das Aktualisierungsprogramm. Wählen Sie die Datei „firmware.iic“ aus Ihrem Installationsordner.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Anleitung: &lt;a href=&apos;%4&apos;&gt;Hier herunterladen.&lt;/a&gt;</translation>
-    </message>
-    <message>
-        <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
-        <translation>Eine neue Firmware (Ver. %1) ist verfügbar (Sie haben Ver. %2).&lt;br&gt;&lt;br&gt;Mit ihr lassen sich die Kalibrierungsdaten auf %3 speichern. Wenn Sie sie aktualisieren möchten, halten Sie bitte einen Windows-Computer bereit und lesen Sie die Anleitung zur Firmware-Aktualisierung unter dem folgenden Link.&lt;br&gt;&lt;br&gt;Anleitung: </translation>
-    </message>
-    <message>
-        <source>Download here.</source>
-        <translation>Hier herunterladen.</translation>
-    </message>
-    <message>
-        <source>Start</source>
-        <translation>Start</translation>
-    </message>
-    <message>
-        <source>Exit</source>
-        <translation>Beenden</translation>
     </message>
     <message>
         <source>Calibration is paused! Mouse/Touch will not work</source>

@@ -62,7 +62,7 @@ void WorkerThread::msleep(unsigned long ms)
     QDeadlineTimer deadline(static_cast<qint64>(ms), Qt::PreciseTimer);
     while (!isStopping() && !deadline.hasExpired()) {
         pollfd event {stopEvent(), POLLIN, 0};
-        const auto left = static_cast<int>(qMin<qint64>(deadline.remainingTime(), 60'000));
+        const auto left = static_cast<int>(qMin<qint64>(deadline.remainingTime(), 60000));
         poll(&event, 1, left);
     }
 }

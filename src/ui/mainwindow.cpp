@@ -371,6 +371,11 @@ void MainWindow::onResolutionChanged(int width, int height)
         viewRoot.showFreqPopup();
 }
 
+void MainWindow::appendText(QString text)
+{
+    Q_UNUSED(text)
+}
+
 QString MainWindow::brand()
 {
     return brandCode(GS::instance()->brand);

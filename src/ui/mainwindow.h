@@ -71,7 +71,7 @@ public:
     void enableProcessorIdleMode();
 
     /// Takes every line of the log handler. Nothing shows them yet.
-    void appendText(QString /*text*/) { }
+    void appendText(QString text);
 
     /// Delivers a scene mouse event to this view, see TouchTranslator::send().
     void sendEventToUI(double x, double y, int type);
@@ -155,8 +155,10 @@ public slots:
 
     void onGoingToSleep(); ///< ends the engine
     void onWakingUp(); ///< starts it again
-    void adaptWindowSize(int /*width*/, int /*height*/, double /*factor*/) {
-    } ///< the size is fixed
+
+    /// Does nothing: the window's size is fixed.
+    void adaptWindowSize(int /*width*/, int /*height*/, double /*factor*/) { }
+
     void onFileMenuShow() { } ///< nothing to bring up to date yet
 
     /// Lets the engine read its calibration configuration file again.
