@@ -53,7 +53,7 @@ public:
     /// The supervisor; the first call makes it with @p parent, later ones ignore the argument.
     static SdkHelper* instance(QObject* parent = nullptr);
 
-    /// Kills an engine that still runs.
+    /// Kills an engine that still runs. The program leaves it alive: the engine has a grace period.
     ~SdkHelper() override;
 
     /// No command is pending any more: an exit of the engine re-sends nothing.
@@ -83,8 +83,7 @@ private slots:
 private:
     explicit SdkHelper(QObject* parent);
 
-    /// Lets go of the process object first and destroys it then: the destructor of a running one
-    /// emits finished().
+    /// Lets go of the process object first, so that its end is not taken for a crash.
     void discardProcess();
     void resendLastAction();
     bool runTool(const QString& letter);

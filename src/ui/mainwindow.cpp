@@ -637,7 +637,7 @@ void MainWindow::keepACpuRunning()
         qDebug() << "keepACpuRunning create ";
     }
     qDebug() << "keepACpuRunning";
-    keepAwakeProcess->start(QLatin1String(keepAwakeHelper), {}, QIODevice::ReadWrite);
+    keepAwakeProcess->launch(QLatin1String(keepAwakeHelper));
     qDebug() << "keepACpuRunning done";
 }
 
@@ -645,7 +645,7 @@ void MainWindow::enableProcessorIdleMode()
 {
     viewRoot.setKeepingACpuRunning(false);
     if (keepAwakeProcess)
-        keepAwakeProcess->close();
+        keepAwakeProcess->endNow();
 }
 
 void MainWindow::wasteCpu()
@@ -678,7 +678,7 @@ void MainWindow::exitApp()
     qDebug() << "Quit Vireon clicked";
     hide();
     if (keepAwakeProcess)
-        keepAwakeProcess->close();
+        keepAwakeProcess->endNow();
     // Not a nested event loop, in which the engine's exit would be taken for a crash.
     QThread::msleep(quitGraceMs);
     close();

@@ -13,8 +13,6 @@ _NOTE = re.compile(r"^\[(debug|info)\]")
 
 # Lines that are no fault of the program.
 ALLOWED = (
-    # Ending the engine, or a tool that hangs, is what destroying its process object is for.
-    re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
     # The indicator's library asks plain entries for a mark.
     re.compile(r"Gtk-CRITICAL .*gtk_check_menu_item_get_active"),
     # Qt gives the view its focus back before the hidden window around it is on the screen again;
