@@ -20,10 +20,6 @@ STATES = {
 }
 
 
-def asked(app):
-    return [event.fields["signal"] for event in app.journal("asked")]
-
-
 def wait_for_the_end(app):
     """Of every program, and of what waits for the engine after the controller."""
     wait_for(lambda: not app.programs_running(), what="an end of all programs")
@@ -54,8 +50,8 @@ def test_engine_that_ends_on_the_command_gets_no_signal(app):
     app.wait_until_shows("Started and ready")
     assert quit_by_menu(app) == 0
     wait_for_the_end(app)
-    assert app.letters() == ["Q"] and asked(app) == []
-    assert [event.fields for event in app.journal("exit")] == [{"code": "0"}]
+    assert app.letters() == ["Q"] and app.engine_signals() == []
+    assert app.engine_ends() == ["0"]
 
 
 def test_engine_ends_by_its_own_handler_after_the_menu(install):
@@ -63,8 +59,8 @@ def test_engine_ends_by_its_own_handler_after_the_menu(install):
     app.wait_until_shows("Not connected to Vireon")
     assert quit_by_menu(app) == 0
     wait_for_the_end(app)
-    assert app.letters() == [] and asked(app) == ["TERM"]
-    assert [event.fields for event in app.journal("exit")] == [{"code": "0"}]
+    assert app.letters() == [] and app.engine_signals() == ["TERM"]
+    assert app.engine_ends() == ["0"]
 
 
 def test_deaf_engine_is_killed_in_the_end(install):
@@ -75,7 +71,7 @@ def test_deaf_engine_is_killed_in_the_end(install):
     # The program did not wait for it.
     assert engine in app.engine_pids()
     wait_for_the_end(app)
-    assert asked(app) == ["TERM"] and app.journal("exit") == []
+    assert app.engine_signals() == ["TERM"] and app.engine_ends() == []
 
 
 def test_frozen_engine_is_killed_in_the_end(app):
@@ -85,7 +81,7 @@ def test_frozen_engine_is_killed_in_the_end(app):
     assert app.quit() == 0
     assert engine in app.engine_pids()
     wait_for_the_end(app)
-    assert asked(app) == []
+    assert app.engine_signals() == []
 
 
 @pytest.mark.parametrize("freeze", [False, True], ids=["hangs", "frozen"])

@@ -97,6 +97,17 @@ def test_icon_is_on_the_panel(desktop, start):
     wait_for(lambda: desktop.icon() is None, what="a panel without the icon")
 
 
+def test_engine_ends_by_its_own_handler_after_the_icons_menu(desktop, menu, start):
+    app = start(scenario="at 0 status -1\n")
+    app.wait_until_shows("Not connected to Vireon")
+    desktop.click_icon(3)
+    wait_for(lambda: menu(app), what="a menu")
+    app.desktop.key("Down", "Return")
+    assert app.wait() == 0
+    wait_for(lambda: not app.programs_running(), what="an end of all programs")
+    assert app.letters() == [] and app.engine_signals() == ["TERM"] and app.engine_ends() == ["0"]
+
+
 def test_clicks_on_balloon_and_icon_show_the_window(desktop, bus, items, menu, start):
     app = start()
     app.wait_until_shows("Started and ready")

@@ -256,6 +256,14 @@ class App:
         """The letters that engines took: all, or those of one start (from 1)."""
         return [event.letter for event in self.journal("letter") if start in (None, event.start)]
 
+    def engine_signals(self):
+        """The signals that asked engines to end."""
+        return [event.fields["signal"] for event in self.journal("asked")]
+
+    def engine_ends(self):
+        """How engines ended: their exit codes, and the names of signals."""
+        return [event.fields.get("code") or event.fields["signal"] for event in self.journal("exit")]
+
     def allow(self, pattern):
         """Expects lines like this on its standard error: they are no faults then."""
         self._allowed.append(re.compile(pattern))
