@@ -264,6 +264,10 @@ class App:
         """How engines ended: their exit codes, and the names of signals."""
         return [event.fields.get("code") or event.fields["signal"] for event in self.journal("exit")]
 
+    def engines_killed(self):
+        """How many of the engines that ran have left without a word."""
+        return len(self.journal("start")) - len(self.journal("exit"))
+
     def allow(self, pattern):
         """Expects lines like this on its standard error: they are no faults then."""
         self._allowed.append(re.compile(pattern))
