@@ -43,7 +43,6 @@ const ActionParser::ActionWord ActionParser::actionWords[] = {
 
 const ActionParser::OptionWord ActionParser::optionWords[] = {
     {"firmware", WithFirmware, WriteStyle::Whole},
-    {"in-place", Style, WriteStyle::InPlace},
     {"slowly", Style, WriteStyle::Slowly},
     {"halves", Style, WriteStyle::Halves},
     {"repeat", Repeat, WriteStyle::Whole},
@@ -101,7 +100,7 @@ bool ActionParser::parseFirmware(Action& action)
 
 bool ActionParser::parseRaw(Action& action)
 {
-    return parseText(action.text) && parseOptions(action, Style | Repeat | Then);
+    return parseText(action.text) && parseOptions(action, Style | Then);
 }
 
 bool ActionParser::parsePrint(Action& action)
@@ -158,7 +157,7 @@ bool ActionParser::parseOption(Action& action, const OptionWord& option)
         return parseNumber(*action.firmware, leastInt, mostInt);
     case Style:
         action.style = option.style;
-        return option.style == WriteStyle::InPlace || parseTime(action.styleMs);
+        return parseTime(action.styleMs);
     case Repeat:
         return parseNumber(action.repeat, 1, mostRepeats);
     case Partial:

@@ -8,7 +8,7 @@
  * One line of a scenario, cut into words, and a place in it.
  *
  * Words are separated by blanks and tabs; a word in double quotes may hold them, and the escapes
- * \n \r \t \" \\ \xHH. A word that begins with "#" and all after it is a comment.
+ * \n \r \t \" \\. A word that begins with "#" and all after it is a comment.
  */
 class LineTokens
 {
