@@ -13,7 +13,7 @@
 class LineTokens
 {
 public:
-    /// Cuts @p line; false, with @p reason filled, when a quoted word is not in order.
+    /// Cuts @p line; false, with @p reason filled, when a quoted word is malformed.
     bool cut(const QByteArray& line, QString* reason);
 
     bool atEnd() const { return position == words.size(); }
@@ -24,10 +24,10 @@ public:
     /// Whether the word at the place was quoted.
     bool isQuoted() const;
 
-    /// The word at the place, and goes on; empty at the end.
+    /// Takes the word at the place and moves on; empty at the end.
     QByteArray take();
 
-    /// Goes on when the word at the place is the unquoted @p keyword; whether it was.
+    /// Moves on when the word at the place is the unquoted @p keyword; whether it was.
     bool takeIf(const char* keyword);
 
 private:

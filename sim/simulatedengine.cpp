@@ -157,7 +157,7 @@ void SimulatedEngine::journalDeath(const Death& death)
 
 void SimulatedEngine::die(const Death& death)
 {
-    // Nothing of ours needs a destructor, and other threads there are none.
+    // At once: there are no other threads, and nothing here needs a destructor.
     if (death.how == Death::BySignal)
         sendSignalToSelf(death.value);
     else

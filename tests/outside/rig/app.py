@@ -51,11 +51,11 @@ class App:
 
     # --- The program ------------------------------------------------------------------------
 
-    def start(self, *arguments):
+    def start(self):
         """Starts it; returns at once. Its log and output go on in the same files."""
         with open(self._log_path, "ab") as errors, open(self._output_path, "ab") as output:
             self.process = processes.spawn(
-                [self.programs / "vireon", *arguments], env=self.environment(),
+                [self.programs / "vireon"], env=self.environment(),
                 cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=errors)
         return self
 
@@ -270,16 +270,13 @@ class App:
         return found
 
     def cleanup(self):
-        """Ends whatever runs of it; the names of the programs that were still there."""
-        left = []
+        """Ends whatever runs of it."""
         if self.is_running():
             processes.end(self.pid)
             self.wait()
-        for name, pids in self.programs_running().items():
-            left += [name] * len(pids)
+        for pids in self.programs_running().values():
             for pid in pids:
                 processes.end(pid)
-        return left
 
     def _install(self, built):
         self.programs.mkdir(parents=True)

@@ -82,14 +82,14 @@ def memory_of(pid):
     raise AssertionError(f"no memory figure for process {pid}")
 
 
-def end(pid, patience=10.0):
-    """Ends a process: kindly, then for good."""
+def end(pid):
+    """Ends a process: by SIGTERM or, after 10 s, by SIGKILL."""
     for number in (signal.SIGTERM, signal.SIGKILL):
         try:
             os.kill(pid, number)
         except ProcessLookupError:
             return
-        deadline = time.monotonic() + patience
+        deadline = time.monotonic() + 10.0
         while is_running(pid) and time.monotonic() < deadline:
             time.sleep(0.02)
 
