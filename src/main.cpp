@@ -2,6 +2,7 @@
 #include "app/fonts.h"
 #include "app/quitrequests.h"
 #include "app/resources.h"
+#include "app/version.h"
 #include "base/desktop.h"
 #include "base/workerthread.h"
 #include "engine/sdkhelper.h"
@@ -27,7 +28,6 @@ namespace {
 
 constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
 constexpr int quitBudgetMs = 500; // for all workers together
-const char* const version = "1.4.121";
 
 void installTranslation(QTranslator& translator)
 {
@@ -65,7 +65,7 @@ int run(int& argc, char** argv)
     themeBlocker.restore();
     QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
     QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
-    QCoreApplication::setApplicationVersion(QLatin1String(version));
+    QCoreApplication::setApplicationVersion(QLatin1String(applicationVersion));
     // The window only hides when it is closed, and must never hold up the end of a session.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
@@ -89,7 +89,7 @@ int run(int& argc, char** argv)
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");
     FileHelper::cleanWorkingDirectory();
-    mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
+    mainWindow = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
     const QuitRequests quitRequests;
     QObject::connect(&quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
