@@ -42,12 +42,9 @@ const ActionParser::ActionWord ActionParser::actionWords[] = {
 };
 
 const ActionParser::OptionWord ActionParser::optionWords[] = {
-    {"firmware", WithFirmware, WriteStyle::Whole},
-    {"slowly", Style, WriteStyle::Slowly},
-    {"halves", Style, WriteStyle::Halves},
-    {"repeat", Repeat, WriteStyle::Whole},
-    {"partial", Partial, WriteStyle::Whole},
-    {"then", Then, WriteStyle::Whole},
+    {"firmware", WithFirmware, WriteStyle::Whole}, {"slowly", Style, WriteStyle::Slowly},
+    {"halves", Style, WriteStyle::Halves},         {"repeat", Repeat, WriteStyle::Whole},
+    {"partial", Partial, WriteStyle::Whole},       {"then", Then, WriteStyle::Whole},
 };
 
 QString ActionParser::quoted(const QByteArray& word)

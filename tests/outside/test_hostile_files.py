@@ -56,7 +56,7 @@ def test_odd_status_file_does_no_harm(install, make):
     if make is make_huge:
         app.wait_until_shows("not calibrated")
     else:
-        # Several polls, whatever comes of them.
+        # Several polls.
         time.sleep(2)
         assert app.shows("Starting up...")
     assert memory_of(app.pid) - before < 32 * MEGABYTE

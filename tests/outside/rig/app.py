@@ -60,8 +60,8 @@ class App:
         return self
 
     def starter(self, launcher):
-        """A script that starts it by this launcher, for others to run: their desktop's variables
-        come from them. found() tells that they have."""
+        """A script that starts it by this launcher, for others to run: they bring the desktop's
+        variables. found() waits until they have."""
         shutil.copy2(launcher, self.programs)
         variables = [f"export {name}={shlex.quote(value)}"
                      for name, value in self._own_environment().items() if value is not None]

@@ -11,12 +11,12 @@ _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
 _libc = ctypes.CDLL(None, use_errno=True)
 
-# Long enough for a sanitizer's build on a busy machine; what is there sooner is seen sooner.
+# s; long enough for a sanitizer's build on a busy machine. Waiting ends when there is no need for it.
 PATIENCE = 90.0
 
 
 def adopt_orphans():
-    """What a killed program leaves behind becomes a child of this process, and so is found."""
+    """What a killed program leaves running becomes a child of this process, where it is found."""
     _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
 
