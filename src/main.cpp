@@ -2,6 +2,7 @@
 #include "app/fonts.h"
 #include "app/quitrequests.h"
 #include "app/resources.h"
+#include "app/version.h"
 #include "base/desktop.h"
 #include "base/workerthread.h"
 #include "engine/graceperiod.h"
@@ -43,7 +44,6 @@ namespace {
 
 constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
 constexpr int quitBudgetMs = 500; // for all workers together
-const char* const version = "1.4.121";
 
 void installTranslation(QTranslator& translator)
 {
@@ -80,7 +80,7 @@ void prepareApplication()
 {
     QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
     QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
-    QCoreApplication::setApplicationVersion(QLatin1String(version));
+    QCoreApplication::setApplicationVersion(QLatin1String(applicationVersion));
     // The window only hides when it is closed, and must never hold up the end of a session.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
@@ -98,11 +98,12 @@ void start(QTranslator& translator)
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");
     FileHelper::cleanWorkingDirectory();
-    mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
+    mainWindow = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
-    auto* quitRequests = new QuitRequests(mainWindow);
+    // These two live as long as the process, as the window does.
+    auto* quitRequests = new QuitRequests;
     QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
-    auto* service = new ApplicationService(mainWindow);
+    auto* service = new ApplicationService;
     QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
                      &MainWindow::bringToFront);
     service->start();

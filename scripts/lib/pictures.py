@@ -48,7 +48,7 @@ def open_settings(app):
 
 
 def slow_down(app):
-    """The window looks at the display's rate when it is made: the program starts once more."""
+    """The window looks at the display's rate when it is made, so the program is started again."""
     app.quit()
     app.desktop.run("xrandr", "--newmode", *SLOW_MODE)
     app.desktop.run("xrandr", "--addmode", "screen", "slow")

@@ -29,9 +29,9 @@ void drainPipe()
     while (read(wakeUpPipe[0], bytes, sizeof bytes) > 0) { }
 }
 
-/// The session manager has gone away, at the session's end or by a crash: libICE's own answer is
-/// exit(), in the middle of everything. It is part of this process only where Qt's plug-in for X
-/// has brought it.
+/// When the session manager has gone, at the session's end or by a crash, libICE calls exit() in
+/// the middle of everything: a quit is requested instead. libICE is in this process only where Qt's
+/// plug-in for X has loaded it.
 void surviveTheSessionManager()
 {
     using Handler = void (*)(void* connection);
@@ -46,8 +46,7 @@ void surviveTheSessionManager()
 
 } // namespace
 
-QuitRequests::QuitRequests(QObject* parent)
-    : QObject(parent)
+QuitRequests::QuitRequests()
 {
     QCoreApplication::instance()->installEventFilter(this);
     if (pipe2(wakeUpPipe, O_CLOEXEC | O_NONBLOCK) != 0)

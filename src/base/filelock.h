@@ -7,8 +7,8 @@
  *
  * It is a flock() on a file that is made when missing and never removed: removing it would let two
  * holders lock two files of the same name. Any user can open the file. The kernel drops the lock
- * at any death of its holder; a holder that is merely stopped keeps it. Between two locks in one
- * process (on two threads) it works like between two processes.
+ * whenever its holder dies; a holder that is merely stopped keeps it. Two locks in one process (on
+ * two threads) exclude each other, too.
  */
 class FileLock
 {
@@ -19,8 +19,8 @@ public:
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    /// False when the wait was over first, or when there is no way to open the file or something
-    /// else is in its place; the log tells.
+    /// False when the wait was over first, when the file cannot be opened, or when something else
+    /// is in its place; the log tells (category "vireon.guard").
     bool isHeld() const { return descriptor >= 0; }
 
 private:

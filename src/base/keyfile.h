@@ -3,7 +3,7 @@
 #include <QString>
 
 /**
- * The key files of Qt's System V objects, put in order before Qt uses them.
+ * Prepares the key files of Qt's System V objects before Qt uses them.
  *
  * Qt makes the key of a semaphore or a segment from the inode number of a file, and removes the
  * file with the object. A process that is killed halfway leaves one without the other, the next

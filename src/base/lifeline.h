@@ -13,7 +13,7 @@
 class Lifeline
 {
 public:
-    /// The object is there, and stays as long as this lives, when it is true.
+    /// While it lives, and is true, the object cannot be destroyed.
     class Hold
     {
     public:
@@ -28,8 +28,8 @@ public:
         bool granted = false;
     };
 
-    /// To be called by the slot when it has its share of the line. Until then the object counts as
-    /// held: make the line right before the slot is sent to its thread.
+    /// To be called by the slot once it has its own pointer to the line. Until then the object
+    /// counts as held: make the line right before the slot is sent to its thread.
     void begin();
 
     /// To be called first in the object's destructor. No hold is granted any more.

@@ -26,7 +26,7 @@ public:
     static void msleep(unsigned long ms);
 
     /// Tells every running and coming slot to return: msleep() no longer sleeps, and the loops
-    /// see isStopping(). There is no way back; for the end of the process.
+    /// see isStopping(). It cannot be undone: for the end of the process.
     static void stopAll();
 
     /// Whether stopAll() was called. Every loop tests it beside its own stop flag.

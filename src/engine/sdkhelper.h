@@ -20,8 +20,8 @@ class ChildProcess;
  * queued nor serialised. A command that was running when the engine exited is sent again, three
  * times at most, unless a status report came meanwhile: resetLastAction().
  *
- * Lives on the GUI thread; the members that commands write on their threads are atomics. What two
- * commands at a time do to each other's bookkeeping is accepted: the later one's wins.
+ * Lives on the GUI thread; the members that commands write on their threads are atomics. Two
+ * commands at a time overwrite each other's bookkeeping: the later one wins, which is accepted.
  *
  * QML knows it as "sdk".
  */

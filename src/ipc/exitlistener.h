@@ -12,7 +12,7 @@ class RunGuard;
  * Notices, from another program, that the guarded application has gone away.
  *
  * A worker thread asks a guard with the application's key (GS::appName) once a second and ends
- * when it has told. There is no time limit.
+ * once it has told. There is no time limit.
  */
 class ExitListener : public QObject
 {
@@ -22,7 +22,7 @@ public:
     /// The listener. The first call makes it, with @p parent, and starts the poll.
     static ExitListener* instance(QObject* parent = nullptr);
 
-    /// Ends the poll without a signal. A look that is just being taken keeps the guard alive.
+    /// Ends the poll without a signal. A question that is under way keeps the guard alive.
     ~ExitListener() override;
 
     /// Whether the application runs now; any thread. Takes 2.5 s at most, then answers yes.

@@ -13,11 +13,8 @@
  * Nothing ever blocks on either file: a directory, a pipe or a device in their place counts as a
  * file that cannot be opened, and is tried again 60 ms later.
  *
- * Only the first character of the command file's first line counts, once white space was trimmed
- * off both ends; case matters. All else is dropped with the file, and so is a character that is
- * not a command. The text is UTF-8 and at most the first 65536 characters of the line are read, so
- * that a file of any size costs the same: a command behind more blanks than that is not found. A
- * file whose first line is empty stays and is read again until it is filled.
+ * MailboxCommand tells the command file's format. A file that holds no command is deleted as well,
+ * but one whose first line is empty stays and is read again until it is filled.
  *
  * There is no queue: a sender that wants every command executed waits until the file is gone
  * before it writes the next one. Failures are never told to the sender.

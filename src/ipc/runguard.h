@@ -16,8 +16,8 @@ class FileLock;
  * every look at it. Both leave with their process, but they are known by key files in the
  * temporary directory (TMPDIR), which the copies make and remove: a file lock beside them
  * ("runguard_…lock" there, never removed) is held whenever they are made, used or destroyed, so
- * that no copy does so under another one's hands. A copy that was stopped while holding it makes a
- * start wait 5 s; it then counts as running. Nothing here waits without a limit.
+ * that no copy interferes with another. A copy that was stopped while holding it makes a start wait
+ * 5 s; it then counts as running. Nothing here waits without a limit.
  */
 class RunGuard
 {
@@ -26,7 +26,7 @@ public:
     /// of a copy that crashed.
     explicit RunGuard(QString const& key);
 
-    /// Calls off the marker. When the file lock is not to be had within 1 s, all is left to the
+    /// Gives the marker back. When the file lock cannot be had within 1 s, that is left to the
     /// kernel and to the next copy.
     ~RunGuard();
     RunGuard(const RunGuard&) = delete;

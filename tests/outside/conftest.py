@@ -32,7 +32,7 @@ def directory():
 
 @pytest.fixture
 def make_desktop():
-    """What makes the desktop in a directory; a file of tests on another kind has its own."""
+    """What makes the desktop in a directory; files of tests on another kind override it."""
     return Desktop
 
 
@@ -100,7 +100,7 @@ def app(install):
 
 
 def _expect_no_processes():
-    """What is started on a bus ends by itself when the bus has gone, a moment later."""
+    """What was started on a bus ends by itself, a moment after the bus."""
     try:
         wait_for(lambda: not descendants_of(os.getpid()), 15)
     except AssertionError:

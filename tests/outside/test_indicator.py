@@ -104,6 +104,13 @@ def test_gtk2_stays_out_where_gtk3_is(subject):
         "no indicator: GTK 3 is loaded"]
 
 
+def test_what_is_missing_is_not_told_when_switched_off(subject):
+    program = subject("indicatorsubject", "gtk3",
+                      environment={**UNITY, "QT_LOGGING_RULES": "vireon.desktop=false"}).ready()
+    assert program.ask("indicate", "Open", "Exit") == "done"
+    assert [line for line in program.log() if "indicator" in line] == []
+
+
 def test_missing_libraries_are_told_once(daemon, subject, directory):
     broken = directory / "broken"
     broken.mkdir()

@@ -86,7 +86,7 @@ def test_message_is_taken_away_where_no_tray_shows_it(service, window):
     service.wait_for("A")
     hub.ask("call", "hideMessage")
     wait_for(lambda: service.calls("CloseNotification") == [[1]], what="a closed message")
-    # The queue goes on as ever.
+    # The queue continues.
     service.wait_for(*"AB")
 
 

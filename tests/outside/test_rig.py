@@ -1,4 +1,4 @@
-"""What the tests themselves would miss if the rig were blind."""
+"""The rig finds the faults that it is for."""
 
 import pytest
 

@@ -50,7 +50,7 @@ public:
     /// Runs the tool with @p arguments to its end and returns its exit code; -1 when it was killed.
     int runTool(const QStringList& arguments, QByteArray* standardError = nullptr);
 
-    /// The journal so far. A line that is not in order has an empty event.
+    /// The journal so far. A malformed line has an empty event.
     QVector<JournalEntry> journal() const;
 
     /// The journal's lines for @p event of @p who, in their order.

@@ -233,7 +233,7 @@ void TestRunGuard::leaveObjectsBehind(int kind)
     crashing.ask(kind == 0 ? "try" : kind == 1 ? "spin" : "lock");
     crashing.killHard();
     if (kind == 3) {
-        // As when a cleaner of old files was there: the objects stay, their names are gone.
+        // As when something has tidied the directory: the objects stay, their names are gone.
         const QDir directory(QDir::tempPath());
         for (const QString& name : directory.entryList({"qipc_*"}))
             QFile::remove(directory.filePath(name));

@@ -46,7 +46,7 @@ private slots:
     void halvesShowAHalf();
     void slowFileGrows();
     void laterWriteCutsASlowOneShort();
-    void inPlaceKeepsTheFile();
+    void writingInPiecesKeepsTheFile();
     void rawTextAndRemoval();
     void firmwareAlone();
     void unwrittenLeavesNoFile();
@@ -323,13 +323,13 @@ void TestSimEngine::laterWriteCutsASlowOneShort()
     QCOMPARE(rig.statusText(), QByteArray("Result=6\nFirmware=2\n"));
 }
 
-void TestSimEngine::inPlaceKeepsTheFile()
+void TestSimEngine::writingInPiecesKeepsTheFile()
 {
     EngineRig rig;
     QDir().mkpath(rig.dataPath());
     QFile kept(rig.statusPath());
     QVERIFY(kept.open(QIODevice::ReadWrite));
-    rig.setScenario("at 0 status 5 in-place");
+    rig.setScenario("at 0 status 5 halves 1");
     RigProcess engine;
     QVERIFY(rig.startEngine(engine));
     TRY_RESULTS(rig, "5");
@@ -339,20 +339,20 @@ void TestSimEngine::inPlaceKeepsTheFile()
 void TestSimEngine::rawTextAndRemoval()
 {
     EngineRig rig;
-    rig.setScenario("at 0 raw \"Result=abc\\n\\x00\" repeat 3\non v remove\n"
-                    "on s raw \"123456789\\n\" repeat 100000 halves 1");
+    rig.setScenario("at 0 raw \"Result=abc\\n\\t\"\non v remove\n"
+                    "on s raw \"123456789\\n\" halves 1");
     RigProcess engine;
     QVERIFY(rig.startEngine(engine));
-    const QByteArray text = QByteArray("Result=abc\n\0", 12).repeated(3);
+    const QByteArray text = QByteArray("Result=abc\n\t");
     QTRY_COMPARE_WITH_TIMEOUT(rig.statusText(), text, limitMs);
     QCOMPARE(rig.entries("engine", "status").first().fields.value("raw"),
-             QByteArray("Result%3Dabc%0A%00").repeated(3));
+             QByteArray("Result%3Dabc%0A%09"));
     QCOMPARE(rig.runTool({"v"}), 0);
     QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(rig.statusPath()), limitMs);
     QTRY_COMPARE_WITH_TIMEOUT(rig.entries("engine", "remove").size(), 1, limitMs);
     QCOMPARE(rig.runTool({"s"}), 0);
     QTRY_COMPARE_WITH_TIMEOUT(rig.entries("engine", "status").size(), 2, limitMs);
-    QCOMPARE(rig.statusText().size(), 1000000);
+    QCOMPARE(rig.statusText(), QByteArray("123456789\n"));
 }
 
 void TestSimEngine::firmwareAlone()
@@ -387,7 +387,7 @@ void TestSimEngine::writesAndDiesInOneAct_data()
     QTest::addColumn<bool>("isCrash");
     QTest::addColumn<int>("code");
     QTest::newRow("kill") << QByteArray("then signal KILL") << true << SIGKILL;
-    QTest::newRow("segv, in place") << QByteArray("in-place then signal SEGV") << true << SIGSEGV;
+    QTest::newRow("segv, slowly") << QByteArray("slowly 20 then signal SEGV") << true << SIGSEGV;
     QTest::newRow("exit") << QByteArray("then exit 4") << false << 4;
     QTest::newRow("exit, halves") << QByteArray("halves 20 then exit 4") << false << 4;
 }
@@ -498,13 +498,12 @@ void TestSimEngine::hangingToolOutlivesTheEngine()
 void TestSimEngine::answersLate()
 {
     EngineRig rig;
-    rig.setScenario("at 0 status 0\nanswer m after 700\nanswer v after 10 exit 6");
+    rig.setScenario("at 0 status 0\nanswer m after 700");
     RigProcess engine;
     QVERIFY(rig.startEngine(engine));
     QCOMPARE(rig.runTool({"m"}), 0);
     const qint64 taken = rig.entries("engine", "letter").first().ms;
     QVERIFY(rig.entries("tool", "end").first().ms - taken >= 650);
-    QCOMPARE(rig.runTool({"v"}), 6);
 }
 
 void TestSimEngine::toolReturnsTheCodeOfTheAnswer()
@@ -779,7 +778,7 @@ void TestSimEngine::directoryInPlaceOfTheStatusFileIsTold()
 {
     EngineRig rig;
     QDir().mkpath(rig.statusPath());
-    rig.setScenario("at 0 status 1\nat 1 status 2 in-place\nat 2 exit 0");
+    rig.setScenario("at 0 status 1\nat 1 status 2 halves 1\nat 2 exit 0");
     RigProcess engine;
     QVERIFY(rig.start(engine, EngineRig::program("vireon-main")));
     QVERIFY(hasEnded(engine));

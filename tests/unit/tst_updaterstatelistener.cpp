@@ -189,14 +189,14 @@ void TestUpdaterStateListener::endsWhenTheUpdaterCrashed()
         QCOMPARE(updater->ask("lock"), QByteArray("locked"));
     updater->killHard();
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
-    // Nothing of the segment is left to mislead the next updater->
+    // Nothing of the segment is left to mislead the next updater.
     Updater next;
     QCOMPARE(next.ask("make 4"), QByteArray("made"));
 }
 
 void TestUpdaterStateListener::segmentTooSmallForAStateIsIgnored()
 {
-    // A whole page is mapped, yet nothing beyond the size belongs to the updater->
+    // A whole page is mapped, but only the first three bytes are the updater's.
     updater = std::make_unique<Updater>();
     QCOMPARE(updater->ask("make 3"), QByteArray("made"));
     QCOMPARE(updater->ask("state -1"), QByteArray("written"));

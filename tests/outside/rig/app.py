@@ -51,17 +51,17 @@ class App:
 
     # --- The program ------------------------------------------------------------------------
 
-    def start(self, *arguments):
+    def start(self):
         """Starts it; returns at once. Its log and output go on in the same files."""
         with open(self._log_path, "ab") as errors, open(self._output_path, "ab") as output:
             self.process = processes.spawn(
-                [self.programs / "vireon", *arguments], env=self.environment(),
+                [self.programs / "vireon"], env=self.environment(),
                 cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=errors)
         return self
 
     def starter(self, launcher):
-        """A script that starts it by this launcher, for others to run: their desktop's variables
-        come from them. found() tells that they have."""
+        """A script that starts it by this launcher, for others to run: they bring the desktop's
+        variables. found() waits until they have."""
         shutil.copy2(launcher, self.programs)
         variables = [f"export {name}={shlex.quote(value)}"
                      for name, value in self._own_environment().items() if value is not None]
@@ -282,16 +282,13 @@ class App:
         return found
 
     def cleanup(self):
-        """Ends whatever runs of it; the names of the programs that were still there."""
-        left = []
+        """Ends whatever runs of it."""
         if self.is_running():
             processes.end(self.pid)
             self.wait()
-        for name, pids in self.programs_running().items():
-            left += [name] * len(pids)
+        for pids in self.programs_running().values():
             for pid in pids:
                 processes.end(pid)
-        return left
 
     def _install(self, built):
         self.programs.mkdir(parents=True)

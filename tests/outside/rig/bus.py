@@ -50,6 +50,10 @@ class Bus:
     def wait_for_owner(self, name):
         wait_for(lambda: self.has_owner(name), what=f"an owner of {name}")
 
+    def add_mock_method(self, name, path, interface, method, signature):
+        """Gives a dbusmock object a method that answers nothing."""
+        self.call(name, path, _MOCK, "AddMethod", "(sssss)", interface, method, signature, "", "")
+
     def mock_calls(self, name, path):
         """What was called on a dbusmock object: (method, arguments), the oldest first."""
         return [(method, arguments)

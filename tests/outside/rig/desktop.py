@@ -27,7 +27,7 @@ _ACCESSIBILITY_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
 class Desktop:
-    """A screen in memory with openbox, a session bus and the accessibility bus on it.
+    """A screen of 1920x1080 px in memory with openbox, a session bus and the accessibility bus on it.
 
     `directory` must exist and be short (sockets are made in it). `environment` is what a program
     on this desktop needs; it starts from nothing, so that nobody's settings leak in.
@@ -35,7 +35,7 @@ class Desktop:
 
     _window_manager = ("openbox", "--sm-disable")
 
-    def __init__(self, directory, size="1920x1080"):
+    def __init__(self, directory):
         self.directory = directory
         self._processes = []
         self._modes = set()
@@ -52,7 +52,7 @@ class Desktop:
         }
         self._prepare()
         try:
-            self._start_screen(size)
+            self._start_screen()
             self._start_bus()
             self._start_accessibility()
             self._start_window_manager()
@@ -70,10 +70,6 @@ class Desktop:
         """Runs a tool on this desktop; its standard output."""
         return subprocess.run([str(word) for word in command], env=self.environment, check=True,
                               stdout=subprocess.PIPE, timeout=60, text=True).stdout
-
-    def pids(self):
-        """The desktop's own processes."""
-        return [process.pid for process in self._processes]
 
     def start(self, *command):
         """Starts one more part of it, such as a panel, which ends with the desktop; its process."""
@@ -123,8 +119,8 @@ class Desktop:
         assert line, f"{command[0]} did not start"
         return line
 
-    def _start_screen(self, size):
-        number = self._start("Xvfb", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset",
+    def _start_screen(self):
+        number = self._start("Xvfb", "-screen", "0", "1920x1080x24", "-nolisten", "tcp", "-noreset",
                              report="-displayfd")
         self.environment["DISPLAY"] = ":" + number
 

@@ -5,7 +5,7 @@ import re
 # Each line of Qt's message log tells its kind; what Qt, QML and this program say of a mistake
 # (a binding loop, an undefined value, ...) is a warning.
 MESSAGE_PATTERN = "[%{type}] %{message}"
-# For programs whose notes are read as they are.
+# For programs whose debug lines are read without a mark.
 MARK_WARNINGS = ("%{if-warning}[warning] %{endif}%{if-critical}[critical] %{endif}"
                  "%{if-fatal}[fatal] %{endif}%{message}")
 _WARNING = re.compile(r"^\[(warning|critical|fatal)\]")
@@ -18,8 +18,8 @@ ALLOWED = (
     # Qt gives the view its focus back before the hidden window around it is on the screen again;
     # it gets the focus all the same, with that window.
     re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
-    # A window that is shown, hidden and shown at once: Qt hears of the first showing after the
-    # hiding and takes it for mapped.
+    # A window that is shown, hidden and shown again at once: Qt hears of the first showing only
+    # after the hiding.
     re.compile(r"QXcbWindow::setNetWmStateOnUnmappedWindow\(\) called on mapped window"),
     # When a box closes, Qt asks which window the pointer is over now, and goes down to it through
     # the window manager's frames: one of them may be gone before it is asked.

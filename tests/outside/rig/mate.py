@@ -85,7 +85,7 @@ class Mate(Desktop):
         self.start("mate-panel")
 
     def _panel_is_there(self):
-        """Whether the window manager has taken its room away."""
+        """Whether the window manager keeps its room free."""
         _, height = self._size()
         return f", {height - _HEIGHT}" in self.run("xprop", "-root", "_NET_WORKAREA")
 
@@ -132,9 +132,9 @@ class MateSession(Mate):
         configuration = self.directory / "desktop-home/.config"
         with open(configuration / "glib-2.0/settings/keyfile", "a") as settings:
             settings.write(_SESSION)
-        # Who has another HOME than the desktop is let in, too.
+        # For programs with another HOME than the desktop's.
         self.environment["ICEAUTHORITY"] = str(self.directory / "ICEauthority")
-        # Nothing that the machine starts for all users but this.
+        # Of what the machine starts for all users, only this.
         self.environment["XDG_CONFIG_DIRS"] = str(configuration / "none")
         autostart = configuration / "autostart"
         autostart.mkdir()
