@@ -65,7 +65,7 @@ Rectangle {
             verticalAlignment: Text.AlignVCenter
             wrapMode: Text.WordWrap
             textFormat: Text.RichText
-            color: "#eee"
+            color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 16
             text: qsTr("This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>")
@@ -128,7 +128,7 @@ Rectangle {
             verticalAlignment: Text.AlignVCenter
             wrapMode: Text.WordWrap
             textFormat: Text.RichText
-            color: "#eee"
+            color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 15
             text: qsTr("Apply one of the following changes to achieve better touch accuracy:")

@@ -56,14 +56,14 @@ Rectangle {
              : mouseArea.containsMouse ? Theme.hovered
              : Colors.secondary900
         border.width: overlay.visible ? 1 : 0
-        border.color: "white"
+        border.color: Theme.outline
 
         Rectangle {
             id: overlay
 
             anchors.fill: parent
             radius: btn.radius
-            color: "white"
+            color: Theme.gloss
             opacity: 0.2
             visible: mouseArea.containsMouse && !mouseArea.pressed && !root.isDisabled
         }
@@ -77,7 +77,7 @@ Rectangle {
             Text {
                 anchors.baseline: label.baseline
                 visible: root.icon !== ""
-                color: "white"
+                color: Theme.text
                 font.family: fontAwesome.name
                 font.pixelSize: root.isSmall ? 14 : 17
                 text: root.icon
@@ -86,7 +86,7 @@ Rectangle {
             Text {
                 id: label
 
-                color: "white"
+                color: Theme.text
                 font.family: fontfamily
                 font.pixelSize: root.isSmall ? 14 : 16
                 text: root.btnText

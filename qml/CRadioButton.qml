@@ -22,7 +22,7 @@ Rectangle {
         clicked();
     }
 
-    color: "#01ffffff"
+    color: Theme.glass
     height: 35
     width: Math.ceil(buttonContent.width) + 20
     opacity: isDisabled ? Theme.disabledOpacity : 1.0
@@ -51,7 +51,7 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: -3
         radius: 3
-        color: "white"
+        color: Theme.gloss
         opacity: buttonMouse.pressed ? 0.1 : 0.2
         visible: false
     }
@@ -66,7 +66,7 @@ Rectangle {
         Text {
             anchors.baseline: btnText.baseline
             width: 20
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 22
             text: root.isToggled ? "\uf192" : "\uf10c"
@@ -75,7 +75,7 @@ Rectangle {
         Text {
             id: btnText
 
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: 18
         }

@@ -16,7 +16,7 @@ Rectangle {
     property int fontSize: 16
     property bool isVisible: true
     property string textIcon: ""
-    property color btnColor2: "#33ffffff"
+    property color btnColor2: Theme.veil
 
     signal clicked()
 
@@ -58,7 +58,7 @@ Rectangle {
 
         anchors.fill: parent
         radius: 5
-        color: "white"
+        color: Theme.gloss
         opacity: 0.2
         visible: buttonMouse.containsMouse && !buttonMouse.pressed && !root.isDisabled
     }
@@ -75,7 +75,7 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2
             visible: root.isLeft && root.showDirection
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 16
             text: "\uf053"
@@ -84,7 +84,7 @@ Rectangle {
         Text {
             anchors.baseline: label.baseline
             visible: root.textIcon !== ""
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: root.fontSize
             text: root.textIcon
@@ -94,7 +94,7 @@ Rectangle {
             id: label
 
             anchors.verticalCenter: parent.verticalCenter
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: root.fontSize
             text: root.text
@@ -104,7 +104,7 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2
             visible: !root.isLeft && root.showDirection
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 16
             text: "\uf054"

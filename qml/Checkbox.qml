@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import "keyboard.js" as Keyboard
+import "theme.js" as Theme
 
 // A mark with a label. With "autoToggle" a click switches the mark itself; otherwise the mark shows
 // what "isToggled" is bound to, and the click only emits submit().
@@ -57,7 +58,7 @@ Rectangle {
 
         anchors.fill: parent
         radius: 5
-        color: "white"
+        color: Theme.gloss
         opacity: checkbox.isPressed ? 0.1 : 0.2
         visible: checkbox.isHovered
     }
@@ -74,7 +75,7 @@ Rectangle {
             height: 20
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
-            color: "white"
+            color: Theme.text
             font.pixelSize: 16
             text: checkbox.isToggled ? checkbox.checkMark : ""
 
@@ -83,14 +84,14 @@ Rectangle {
                 radius: 3
                 color: "transparent"
                 border.width: 2
-                border.color: "white"
+                border.color: Theme.outline
             }
         }
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.ceil(implicitWidth) // so that the marks of two boxes line up
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: 16
             text: checkbox.text

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "theme.js" as Theme
 
 // Shows where the keyboard is: a line around the control whose child it is.
 Rectangle {
@@ -8,5 +9,5 @@ Rectangle {
     color: "transparent"
     radius: 5
     border.width: 2
-    border.color: "white"
+    border.color: Theme.outline
 }

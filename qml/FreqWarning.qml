@@ -72,8 +72,8 @@ Rectangle {
                 Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     horizontalAlignment: Text.AlignHCenter
-                    color: "white"
-                    font.family: "Helvetica Neue"
+                    color: Theme.text
+                    font.family: Theme.messageFamily
                     font.pixelSize: 14
                     text: qsTr("Slow writing\nspeed at 30Hz")
 
@@ -98,8 +98,8 @@ Rectangle {
                 Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     horizontalAlignment: Text.AlignHCenter
-                    color: "white"
-                    font.family: "Helvetica Neue"
+                    color: Theme.text
+                    font.family: Theme.messageFamily
                     font.pixelSize: 14
                     text: qsTr("Fast writing\nspeed at 60Hz")
 
@@ -128,8 +128,8 @@ Rectangle {
                 id: message
 
                 anchors.verticalCenter: parent.verticalCenter
-                color: "white"
-                font.family: "Helvetica Neue"
+                color: Theme.text
+                font.family: Theme.messageFamily
                 font.pixelSize: 14
                 text: qsTr("To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more.")
 
@@ -166,10 +166,10 @@ Rectangle {
             Rectangle {
                 anchors.fill: parent
                 radius: 3
-                color: okMouse.pressed ? "black" : "transparent"
+                color: okMouse.pressed ? Theme.shade : "transparent"
                 opacity: okMouse.pressed ? 0.3 : 1
                 border.width: 1
-                border.color: "white"
+                border.color: Theme.outline
                 visible: okMouse.containsMouse
             }
 

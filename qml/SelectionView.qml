@@ -56,7 +56,7 @@ Rectangle {
 
         anchors { top: parent.top; left: parent.left; right: parent.right }
         height: 45
-        color: "#33ffffff"
+        color: Theme.veil
 
         CSelectionButton {
             id: backBtn
@@ -74,7 +74,7 @@ Rectangle {
 
         Text {
             anchors { left: backBtn.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
-            color: "#eee"
+            color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 18
             text: panel.title

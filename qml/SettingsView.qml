@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "theme.js" as Theme
 
 // The panel of the settings. Check boxes show the main view's properties, which the controller
 // writes after each click.
@@ -75,7 +76,7 @@ SelectionView {
                     anchors { fill: parent; topMargin: 17; bottomMargin: 8; leftMargin: 15; rightMargin: 15 }
                     verticalAlignment: Text.AlignVCenter
                     wrapMode: Text.WordWrap
-                    color: "white"
+                    color: Theme.text
                     font.family: fontfamily
                     font.pixelSize: 13
                     text: qsTr("Keeps a processor awake so that no picture of the sensor is lost. Uses more power.")

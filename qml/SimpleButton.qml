@@ -35,7 +35,7 @@ Rectangle {
         GradientStop { position: 1; color: Theme.hovered }
     }
     border.width: 1
-    border.color: mouse.containsMouse && root.activeButton ? "white" : "#404040"
+    border.color: mouse.containsMouse && root.activeButton ? Theme.outline : Theme.buttonEdge
     opacity: activeButton ? 1.0 : Theme.disabledOpacity
     activeFocusOnTab: true
 
@@ -58,7 +58,7 @@ Rectangle {
 
         anchors.fill: parent
         radius: 3
-        color: "#005dc5"
+        color: Theme.toggled
         visible: root.toggled || (mouse.pressed && root.activeButton)
     }
 
@@ -66,8 +66,8 @@ Rectangle {
         id: innerText
 
         anchors.centerIn: parent
-        color: "white"
-        font.family: "Tahoma"
+        color: Theme.text
+        font.family: Theme.smallButtonFamily
         font.pixelSize: root.fontSize
         text: root.toggled && root.altButtonText !== "" ? root.altButtonText : root.buttonText
     }

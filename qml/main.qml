@@ -1,6 +1,5 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
-import "colors.js" as Colors
 import "status.js" as Status
 import "theme.js" as Theme
 
@@ -19,17 +18,17 @@ Rectangle {
     property bool finishedLoading: false
     // From the window's edges; the frame that Windows draws counts as a part of it.
     property int margin: operatingSystem === "win" ? 15 : 20
-    property string fontfamily: "Helvetica"
+    property string fontfamily: Theme.controlFamily
     property bool isLoading: false
     property int markerMargin: 5
     property bool isTouch: true
-    property bool buttonsDisabled: isLoading || (engine.hasReported && !isReady)
+    property bool buttonsDisabled: isLoading || (firstReport.hasCome && !isReady)
     property bool isGreaterEqualsWin8: false
     property bool aspectRatioWarningShown: false
     property string loadingText: qsTr("Loading...")
     property string versionText: ""
     property string statusText: textOf(Status.startingUp.text)
-    property bool isReady: engine.hasReported && Status.report(status, mainwindow.brand()).ready
+    property bool isReady: firstReport.hasCome && Status.report(status, mainwindow.brand()).ready
     property int status: -99
     property bool settingsVisible: false
     property bool isAutoStart: true
@@ -92,7 +91,7 @@ Rectangle {
 
     function tell(report) {
         statusText = textOf(report.text);
-        engine.glyph = report.glyph;
+        statusLine.glyph = report.glyph;
     }
 
     // Called for every report, also for one that equals the last. What is written before the
@@ -100,7 +99,7 @@ Rectangle {
     onStatusChanged: {
         if (!finishedLoading)
             return;
-        engine.hasReported = true;
+        firstReport.hasCome = true;
         tell(Status.report(status, mainwindow.brand()));
         isLoading = status === Status.calibrating;
         if (isLoading)
@@ -133,11 +132,11 @@ Rectangle {
         source: "qrc:///fontawesome-webfont.ttf"
     }
 
+    // Of the engine. Until then the buttons can be used: a command waits for it.
     QtObject {
-        id: engine
+        id: firstReport
 
-        property bool hasReported: false
-        property string glyph: Status.startingUp.glyph
+        property bool hasCome: false
     }
 
     QtObject {
@@ -165,8 +164,7 @@ Rectangle {
         id: acFocus
     }
 
-    // Advice before an auto calibration.
-    Rectangle {
+    AdvicePopUp {
         id: acPopUp
 
         property bool isDisabled: false
@@ -182,113 +180,42 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
-        color: "transparent"
-        visible: false
         focus: true
         enabled: mainRect.enabled
 
-        Accessible.role: Accessible.Dialog
-        Accessible.name: advice.text
-
         Keys.onEscapePressed: leave()
 
-        Text {
-            anchors { top: parent.top; right: parent.right; margins: 10 }
-            color: "white"
-            font.family: "Helvetica Neue"
-            font.pixelSize: 12
-            text: root.versionText
+        choice: Checkbox {
+            id: dntShowMsg
 
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            anchors.verticalCenter: parent.verticalCenter
+            autoToggle: true
+            isToggled: true
+            text: qsTr("<b><font color=\"white\" family= \"Poppins\">Don't show this message again.</font></b>")
+            KeyNavigation.tab: cancelBtn
+            KeyNavigation.backtab: manualBtn2
         }
 
-        Column {
-            anchors { top: parent.top; topMargin: 30; right: parent.right; rightMargin: 10 }
-            width: parent.width - 20
-            spacing: 25
+        CSelectionButton {
+            id: cancelBtn
 
-            Column {
-                width: parent.width
-                spacing: 75
+            isDisabled: false
+            showDirection: false
+            text: qsTr("Cancel")
+            KeyNavigation.tab: manualBtn2
+            onClicked: acPopUp.leave()
+        }
 
-                Rectangle {
-                    width: parent.width
-                    height: 40
-                    color: "transparent"
+        CButton {
+            id: manualBtn2
 
-                    Image {
-                        id: warningIcon
-
-                        anchors { left: parent.left; leftMargin: 10 }
-                        width: 40
-                        height: 40
-                        source: "qrc:///qml/warningIcon.png"
-                    }
-
-                    Text {
-                        id: advice
-
-                        anchors { left: warningIcon.right; leftMargin: 20; right: parent.right; rightMargin: 20 }
-                        color: "white"
-                        font.family: "Poppins"
-                        font.bold: true
-                        font.pixelSize: 14
-                        lineHeight: 1.2
-                        wrapMode: Text.WordWrap
-                        text: qsTr("Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.")
-
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: text
-                    }
-                }
-
-                Row {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    anchors.horizontalCenterOffset: 80
-                    height: 20
-
-                    Checkbox {
-                        id: dntShowMsg
-
-                        anchors.verticalCenter: parent.verticalCenter
-                        autoToggle: true
-                        isToggled: true
-                        text: qsTr("<b><font color=\"white\" family= \"Poppins\">Don't show this message again.</font></b>")
-                        KeyNavigation.tab: cancelBtn
-                        KeyNavigation.backtab: manualBtn2
-                    }
-                }
-            }
-
-            Row {
-                anchors.horizontalCenter: parent.horizontalCenter
-                anchors.horizontalCenterOffset: 60
-                height: 40
-                spacing: 100
-
-                CSelectionButton {
-                    id: cancelBtn
-
-                    isDisabled: false
-                    showDirection: false
-                    text: qsTr("Cancel")
-                    KeyNavigation.tab: manualBtn2
-                    onClicked: acPopUp.leave()
-                }
-
-                CButton {
-                    id: manualBtn2
-
-                    btnText: qsTr("    Continue    ")
-                    visible: acPopUp.visible
-                    nextTab: dntShowMsg
-                    prevTab: cancelBtn
-                    onSubmit: {
-                        acPopUp.leave();
-                        mainwindow.startAutoCalibration();
-                    }
-                }
+            btnText: qsTr("    Continue    ")
+            visible: acPopUp.visible
+            nextTab: dntShowMsg
+            prevTab: cancelBtn
+            onSubmit: {
+                acPopUp.leave();
+                mainwindow.startAutoCalibration();
             }
         }
     }
@@ -333,63 +260,17 @@ Rectangle {
                 NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
             }
 
-            Text {
-                anchors { top: parent.top; right: parent.right; margins: 10 }
-                color: "white"
-                font.family: "Helvetica Neue"
-                font.pixelSize: 12
-                text: root.versionText
-
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
+            VersionLabel {}
 
             Column {
                 anchors.centerIn: parent
                 spacing: 25
 
-                Rectangle {
+                StatusLine {
+                    id: statusLine
+
                     width: mainView.width
-                    height: 40
-                    color: "transparent"
-
-                    // As large as the place between version and buttons allows.
-                    Text {
-                        id: statusLine
-
-                        anchors.centerIn: parent
-                        anchors.verticalCenterOffset: lineCount > 1 ? -6 : 0
-                        width: parent.width - 2 * (margin + statusGlyph.width)
-                        height: 70
-                        color: "white"
-                        font.family: "Helvetica Neue"
-                        font.pixelSize: 28
-                        fontSizeMode: Text.Fit
-                        minimumPixelSize: 16
-                        horizontalAlignment: Text.AlignHCenter
-                        verticalAlignment: Text.AlignVCenter
-                        lineHeight: 1.2
-                        wrapMode: Text.WordWrap
-                        visible: !root.isLoading
-                        text: root.statusText
-
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: text.replace(/ ?<br> ?/g, " ")
-                    }
-
-                    Text {
-                        id: statusGlyph
-
-                        anchors { right: statusLine.left; rightMargin: (statusLine.contentWidth - statusLine.width) / 2; verticalCenter: statusLine.verticalCenter }
-                        width: 45
-                        rightPadding: 12
-                        horizontalAlignment: Text.AlignRight
-                        color: root.isReady ? Colors.secondary500 : "white"
-                        font.family: fontAwesome.name
-                        font.pixelSize: 32
-                        visible: statusLine.visible
-                        text: engine.glyph
-                    }
+                    glyph: Status.startingUp.glyph
 
                     LoadingIndicator {
                         id: loadingIndicator

@@ -8,7 +8,11 @@ TestCase {
     // What a control finds in the main view that it lies in.
     property bool buttonsDisabled: false
     property bool isLoading: false
+    property bool isReady: false
+    property int margin: 20
     property string loadingText: "Loading..."
+    property string statusText: "Started and ready"
+    property string versionText: "1.4.121"
     property string fontfamily: "Helvetica"
     property var fontAwesome: ({ name: "FontAwesome" })
 

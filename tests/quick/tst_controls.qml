@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "qrc:/qml"
 
 ViewTestCase {
     id: testCase
@@ -10,6 +11,8 @@ ViewTestCase {
     function init() {
         buttonsDisabled = false;
         isLoading = false;
+        isReady = false;
+        statusText = "Started and ready";
         mouseMove(testCase, 1000, 500);
         testLog.takeLines();
     }
@@ -459,6 +462,90 @@ ViewTestCase {
         compare(item.am, -6);
         tryCompare(item, "am", -3);
         compare(item.width, 106);
+    }
+
+    function test_versionLabel() {
+        var item = create("VersionLabel");
+        compareValues(item, { text: "1.4.121", color: Qt.rgba(1, 1, 1, 1), "font.family": "Helvetica Neue",
+                              "font.pixelSize": 12, y: 10 });
+        compare(item.x + item.width, testCase.width - 10);
+        compare(item.Accessible.name, "1.4.121");
+    }
+
+    function test_statusLine() {
+        var item = create("StatusLine", { width: 680, glyph: "\uf058" });
+        verify(Qt.colorEqual(item.color, "transparent"));
+        var status = textItem(item, "Started and ready");
+        var glyph = textItem(item, "\uf058");
+        compareValues(status, { color: Qt.rgba(1, 1, 1, 1), lineHeight: 1.2, "font.family": "Helvetica Neue",
+                                "parent.height": 40 });
+        compareValues(glyph, { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome" });
+        verify(glyph.x + glyph.width <= status.x + (status.width - status.contentWidth) / 2);
+        isReady = true;
+        verify(Qt.colorEqual(glyph.color, "#0091f8"));
+        verify(Qt.colorEqual(status.color, "white"));
+    }
+
+    function test_statusLineReadsAsOneSentence() {
+        statusText = "Not connected. <br>Please connect the USB cable.";
+        var item = create("StatusLine", { width: 680 });
+        compare(textItem(item, statusText).Accessible.name, "Not connected. Please connect the USB cable.");
+    }
+
+    Component {
+        id: lineWithContent
+
+        StatusLine {
+            Rectangle {
+                objectName: "content"
+            }
+        }
+    }
+
+    // What takes its place stays: it is for that time.
+    function test_statusLineHidesWhileLoading() {
+        var item = createTemporaryObject(lineWithContent, testCase, { width: 680, glyph: "\uf058" });
+        var texts = [textItem(item, "Started and ready"), textItem(item, "\uf058")];
+        var content = item.children[item.children.length - 1];
+        compare(content.objectName, "content");
+        [false, true, false].forEach(function(loading) {
+            isLoading = loading;
+            texts.forEach(function(text) { compare(text.visible, !loading, text.text); });
+            compare(content.visible, true);
+        });
+    }
+
+    Component {
+        id: filledAdvice
+
+        AdvicePopUp {
+            width: 680
+            height: 240
+            visible: true
+            choice: Rectangle { objectName: "choice"; width: 100; height: 20 }
+
+            Rectangle { objectName: "first"; width: 100; height: 35 }
+            Rectangle { objectName: "second"; width: 100; height: 35 }
+        }
+    }
+
+    function test_advicePopUpArrangesWhatIsPutIn() {
+        compare(create("AdvicePopUp").visible, false);
+        var item = createTemporaryObject(filledAdvice, testCase);
+        wait(20); // for the rows to arrange
+        var place = function(name) {
+            var found = find(item, function(child) { return child.objectName === name; });
+            verify(found, name);
+            return found.mapToItem(item, 0, 0);
+        };
+        var advice = find(item, function(child) { return child.wrapMode === Text.WordWrap; });
+        verify(advice.text !== "");
+        compare(item.Accessible.name, advice.text);
+        verify(place("choice").y >= advice.mapToItem(item, 0, advice.height).y);
+        compare(place("first").y, place("choice").y + 20 + 25);
+        compare(place("second").y, place("first").y);
+        compare(place("second").x, place("first").x + 100 + 100);
+        verify(shownText(item, "1.4.121"));
     }
 
     function test_loadingIndicator() {

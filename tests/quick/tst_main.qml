@@ -309,6 +309,15 @@ ViewTestCase {
         compare(glyph.visible, false);
     }
 
+    function test_versionIsTheSameInBothPlaces() {
+        view.versionText = "2.0.7";
+        var labels = findAll(view, function(item) { return item.text === "2.0.7"; });
+        compare(labels.length, 2);
+        compare(labels[0].font, labels[1].font);
+        compare(labels[0].color, labels[1].color);
+        compare(labels[0].mapToItem(view, 0, 0), labels[1].mapToItem(view, 0, 0));
+    }
+
     function test_statusTextIsAsLargeAsItCanBe() {
         report(view, 0);
         var status = textItem(view, "Started and ready");
