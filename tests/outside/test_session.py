@@ -49,7 +49,7 @@ def expect_clean_end(app):
     assert app.wait() == 0
     assert app.letters() == ["Q"]
     assert app.log_count("Quit Vireon clicked") == 1
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
     assert app.faults() == []
 
 
@@ -66,7 +66,7 @@ def test_log_out_runs_the_quit_sequence(bus, app):
 
 def test_log_out_with_a_hidden_window(bus, desktop, app):
     desktop.run("wmctrl", "-c", "Vireon")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.wait_until_hidden()
     assert log_out(bus) < 10
     expect_clean_end(app)
 
