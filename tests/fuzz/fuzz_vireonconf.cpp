@@ -1,7 +1,7 @@
 // The configuration file: any text loads, but for a value of blanks alone, and what must hold of
 // loaded settings holds.
 
-#include "fuzzfile.h"
+#include "fuzz/fuzzfile.h"
 #include "settings/globalsettings.h"
 
 #include <cstring>

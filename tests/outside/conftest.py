@@ -8,7 +8,7 @@ import tempfile
 
 import pytest
 
-from rig import App, Bus, Desktop, Subject, adopt_orphans, wait_for
+from rig import App, Desktop, Subject, adopt_orphans, wait_for
 from rig.processes import descendants_of, end, name_of
 
 
@@ -49,7 +49,7 @@ def desktop(directory, make_desktop):
 @pytest.fixture
 def bus(desktop):
     """The desktop's session bus."""
-    return Bus(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+    return desktop.bus()
 
 
 @pytest.fixture
@@ -116,8 +116,7 @@ def _finish(app):
     try:
         if app.is_running():
             assert app.quit() == 0
-        wait_for(lambda: not app.programs_running(), 15,
-                 what=lambda: f"an end of {app.programs_running()}")
+        app.wait_for_end_of_all()
         assert not app.faults(), "\n".join(app.faults())
     except BaseException:
         _tell_about(app)

@@ -6,27 +6,13 @@ import xml.etree.ElementTree
 import pytest
 
 from rig import Bus, wait_for
+from rig.bus import add_service, write_configuration
 
 NAME = "com.corvanthel.Vireon"
 PATH = "/com/corvanthel/Vireon"
 INTERFACE = "org.freedesktop.Application"
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
 LIMIT_MS = 2000
-
-_BUS_WITH_SERVICES = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:path={place}/socket</listen>
-  <auth>EXTERNAL</auth>
-  <servicedir>{place}/services</servicedir>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 
 
 @pytest.fixture
@@ -124,11 +110,9 @@ def test_name_is_taken_at_once_or_not_at_all(bus, first, subject):
 
 def test_second_copy_starts_no_program(desktop, directory, subject):
     place = directory / "bus"
-    (place / "services").mkdir(parents=True)
     started = directory / "started"
-    (place / "services" / f"{NAME}.service").write_text(
-        f"[D-BUS Service]\nName={NAME}\nExec=/usr/bin/touch {started}\n")
-    (place / "bus.conf").write_text(_BUS_WITH_SERVICES.format(place=place))
+    add_service(place / "services", NAME, f"/usr/bin/touch {started}")
+    write_configuration(place / "bus.conf", f"unix:path={place / 'socket'}", place / "services")
     desktop.start("dbus-daemon", "--nofork", "--nopidfile", f"--config-file={place / 'bus.conf'}")
     wait_for((place / "socket").exists, what="a bus")
     address = {"DBUS_SESSION_BUS_ADDRESS": f"unix:path={place / 'socket'}"}

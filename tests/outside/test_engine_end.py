@@ -20,11 +20,6 @@ STATES = {
 }
 
 
-def wait_for_the_end(app):
-    """Of every program, and of what waits for the engine after the controller."""
-    wait_for(lambda: not app.programs_running(), what="an end of all programs")
-
-
 def quit_by_menu(app):
     app.click("File")
     app.click("Exit")
@@ -38,7 +33,7 @@ def test_engine_gets_one_sigterm_and_its_time(install, status):
     app.wait_until_shows(text)
     engine = app.engine_pid()
     assert app.quit() == 0
-    wait_for_the_end(app)
+    app.wait_for_end_of_all()
     (term,) = [event for event in app.journal("asked") if event.pid == engine]
     (end,) = [event for event in app.journal("exit") if event.pid == engine]
     assert term.fields["signal"] == "TERM" and end.fields["code"] == "0"
@@ -49,7 +44,7 @@ def test_engine_gets_one_sigterm_and_its_time(install, status):
 def test_engine_that_ends_on_the_command_gets_no_signal(app):
     app.wait_until_shows("Started and ready")
     assert quit_by_menu(app) == 0
-    wait_for_the_end(app)
+    app.wait_for_end_of_all()
     assert app.letters() == ["Q"] and app.engine_signals() == []
     assert app.engine_ends() == ["0"]
 
@@ -58,7 +53,7 @@ def test_engine_ends_by_its_own_handler_after_the_menu(install):
     app = install(scenario="at 0 status -1\n").start()
     app.wait_until_shows("Not connected to Vireon")
     assert quit_by_menu(app) == 0
-    wait_for_the_end(app)
+    app.wait_for_end_of_all()
     assert app.letters() == [] and app.engine_signals() == ["TERM"]
     assert app.engine_ends() == ["0"]
 
@@ -70,7 +65,7 @@ def test_deaf_engine_is_killed_in_the_end(install):
     assert app.quit() == 0
     # The program did not wait for it.
     assert engine in app.engine_pids()
-    wait_for_the_end(app)
+    app.wait_for_end_of_all()
     assert app.engine_signals() == ["TERM"] and app.engine_ends() == []
 
 
@@ -80,7 +75,7 @@ def test_frozen_engine_is_killed_in_the_end(app):
     os.kill(engine, signal.SIGSTOP)
     assert app.quit() == 0
     assert engine in app.engine_pids()
-    wait_for_the_end(app)
+    app.wait_for_end_of_all()
     assert app.engine_signals() == []
 
 
@@ -94,6 +89,6 @@ def test_tool_does_not_outlive_the_quit(install, freeze):
     if freeze:
         os.kill(tool, signal.SIGSTOP)
     assert app.quit() == 0
-    wait_for_the_end(app)
+    app.wait_for_end_of_all()
     assert app.log_count("returned from") <= 1, "the quit's own tool alone has returned"
     assert app.faults() == []

@@ -35,7 +35,7 @@ def test_quit_before_the_first_report_sends_nothing(install):
     begin = time.monotonic()
     assert app.quit() == 0
     assert 0.8 <= time.monotonic() - begin < 10
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
     assert app.letters() == []
 
 
@@ -87,7 +87,7 @@ def test_interrupt_from_the_keyboard_ends_both(install, scenario, engine_first):
     for pid in reversed(pids) if engine_first else pids:
         os.kill(pid, signal.SIGINT)
     assert app.wait() == 0
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
     assert len(app.journal("start")) <= 2
     assert app.log_count(r"Quit Vireon clicked") == 1
     assert app.log_count(r'starting "?\./vireon-main') <= 2

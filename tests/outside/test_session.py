@@ -54,7 +54,7 @@ def log_out(bus):
 def expect_clean_end(app):
     assert app.wait() == 0
     assert app.log_count("Quit Vireon clicked") == 1
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
     assert app.letters() == ["Q"] and app.engine_signals() == [] and app.engine_ends() == ["0"]
     assert app.faults() == []
 
@@ -74,13 +74,13 @@ def test_log_out_runs_the_quit_sequence(bus, app):
 def test_log_out_leaves_an_engine_its_time(bus, app):
     assert log_out(bus) < 10
     assert app.wait() == 0
-    wait_for(lambda: not app.programs_running(), what="an end of all programs")
+    app.wait_for_end_of_all()
     assert app.letters() == [] and app.engine_signals() == ["TERM"] and app.engine_ends() == ["0"]
 
 
 def test_log_out_with_a_hidden_window(bus, desktop, app):
     desktop.run("wmctrl", "-c", "Vireon")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.wait_until_hidden()
     assert log_out(bus) < 10
     expect_clean_end(app)
 

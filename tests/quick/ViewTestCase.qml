@@ -57,6 +57,20 @@ TestCase {
         });
     }
 
+    // What a main view takes for the size of the screen: it can be set.
+    function displayOf(view) {
+        for (var i = 0; i < view.resources.length; ++i) {
+            if (view.resources[i].tolerance !== undefined)
+                return view.resources[i];
+        }
+        return null;
+    }
+
+    function setScreen(view, width, height) {
+        displayOf(view).width = width;
+        displayOf(view).height = height;
+    }
+
     function isShown(item) {
         for (var parent = item; parent; parent = parent.parent) {
             if (!parent.visible || parent.opacity === 0)

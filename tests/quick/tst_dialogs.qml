@@ -331,19 +331,6 @@ ViewTestCase {
 
     // --- Aspect ratio -------------------------------------------------------------------------
 
-    function display() {
-        for (var i = 0; i < view.resources.length; ++i) {
-            if (view.resources[i].tolerance !== undefined)
-                return view.resources[i];
-        }
-        return null;
-    }
-
-    function setScreen(width, height) {
-        display().width = width;
-        display().height = height;
-    }
-
     function warningIsShown() {
         return isShown(find(view, function(item) { return item.btnText === "Ignore"; }))
             || isShown(find(view, function(item) { return item.btnText === "Go back"; }));
@@ -364,7 +351,7 @@ ViewTestCase {
     }
 
     function test_ratios(row) {
-        setScreen(row.width, row.height);
+        setScreen(view, row.width, row.height);
         view.checkAspectRatio();
         compare(warningIsShown(), row.warns);
         compare(mainwindow.calls.toString(), row.warns ? "warned" : "");
@@ -376,7 +363,7 @@ ViewTestCase {
     }
 
     function test_ratioWarningComesOnce() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         view.checkAspectRatio();
         keyClick(Qt.Key_Escape);
         compare(warningIsShown(), false);
@@ -386,7 +373,7 @@ ViewTestCase {
     }
 
     function test_ratioWarningWasShownBefore() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         mainwindow.hasWarned = true;
         view.checkAspectRatio();
         compare(warningIsShown(), false);
@@ -394,7 +381,7 @@ ViewTestCase {
     }
 
     function test_noRatioWarningAfterACalibrationOfThisRun() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         view.aspectRatioWarningShown = true;
         view.checkAspectRatio();
         compare(warningIsShown(), false);
@@ -402,7 +389,7 @@ ViewTestCase {
     }
 
     function warnOfRatio() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         view.checkAspectRatio();
         mainwindow.calls = [];
     }

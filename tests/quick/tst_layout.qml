@@ -136,17 +136,8 @@ ViewTestCase {
 
     function warnOfRatio() {
         report(view, 0);
-        findDisplay().width = 1280;
-        findDisplay().height = 1024;
+        setScreen(view, 1280, 1024);
         view.checkAspectRatio();
-    }
-
-    function findDisplay() {
-        for (var i = 0; i < view.resources.length; ++i) {
-            if (view.resources[i].tolerance !== undefined)
-                return view.resources[i];
-        }
-        return null;
     }
 
     // What is written and what can be pressed, in the topmost layer.

@@ -1,8 +1,9 @@
 #include "app/fonts.h"
 #include "app/resources.h"
-#include "fakecontroller.h"
+#include "quick/fakecontroller.h"
+#include "quick/testlog.h"
 #include "support/contrast.h"
-#include "testlog.h"
+#include "support/patience.h"
 
 #include <QCoreApplication>
 #include <QFont>
@@ -107,7 +108,7 @@ public:
     {
         const auto result = item->grabToImage();
         QSignalSpy ready(result.data(), &QQuickItemGrabResult::ready);
-        return ready.wait(60000) ? new Picture(result->image()) : nullptr;
+        return ready.wait(patienceMs) ? new Picture(result->image()) : nullptr;
     }
 
     /// Saves the upper left @p width x @p height px of the window that @p item is in.
@@ -165,7 +166,7 @@ int main(int argc, char* argv[])
     QTEST_SET_MAIN_SOURCE_PATH
     Setup setup;
     const int failures =
-        quick_test_main_with_setup(argc, argv, "quick", QUICK_TEST_SOURCE_DIR, &setup);
+        quick_test_main_with_setup(argc, argv, "quick", VIREON_SOURCE_DIR "/tests/quick", &setup);
     // Qt Quick keeps the last windows' textures for good: nothing of ours to look for at the end.
     std::fflush(nullptr);
     _exit(failures);

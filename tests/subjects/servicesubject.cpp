@@ -4,7 +4,7 @@
 //   servicesubject second   makes its application object, calls the first copy, and says
 //                           "answered MS" or "unanswered MS", with the time the call took
 #include "app/applicationservice.h"
-#include "words.h"
+#include "support/words.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -1,4 +1,4 @@
-#include "settingsfields.h"
+#include "support/settingsfields.h"
 
 #include "settings/globalsettings.h"
 

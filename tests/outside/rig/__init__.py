@@ -12,9 +12,11 @@ from .dunst import Dunst
 from .hands import HANDS, step
 from .indicator import Indicator
 from .mate import Mate, MateSession
+from .notifications import NotificationService
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 
 __all__ = ["App", "Bus", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
-           "Subject", "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]
+           "NotificationService", "Subject", "adopt_orphans", "is_running", "memory_of", "stage",
+           "step", "wait_for"]

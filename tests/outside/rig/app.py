@@ -11,6 +11,7 @@ from . import log, processes
 from .journal import read_journal
 
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
+_LEFT_AFTER = 15  # s after its end in which its engine and tools end
 _PROGRAMS = ("vireon", "vireon-main", "vireon-sdk")
 
 
@@ -120,6 +121,11 @@ class App:
         self.signal(signal.SIGTERM)
         return self.wait()
 
+    def wait_for_end_of_all(self):
+        """Waits until its engine and tools have gone, too: soon after the program itself."""
+        processes.wait_for(lambda: not self.programs_running(), _LEFT_AFTER,
+                           what=lambda: f"an end of {self.programs_running()}")
+
     def programs_running(self):
         """The ids of all running processes that are programs of this installation, by name."""
         found = {}
@@ -208,6 +214,15 @@ class App:
         listed = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
         return [window for window in re.findall(r"0x[0-9a-f]+", listed)
                 if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
+
+    def hide(self):
+        """Hides the window by the menu."""
+        self.click("File")
+        self.click("Hide")
+        self.wait_until_hidden()
+
+    def wait_until_hidden(self):
+        processes.wait_for(lambda: not self.windows(), what="a hidden window")
 
     def _is_active(self):
         """Whether one of its windows is the active one."""

@@ -4,25 +4,9 @@ import os
 import subprocess
 
 from . import processes
+from .bus import Bus, add_service, write_configuration
 from .screenreader import ScreenReader
 
-# Nothing is started on this bus that was not asked for: the only services are those of a directory
-# of the desktop's own.
-_BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <keep_umask/>
-  <listen>unix:dir={directory}</listen>
-  <auth>EXTERNAL</auth>
-  <servicedir>{services}</servicedir>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 _ACCESSIBILITY_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
@@ -76,6 +60,15 @@ class Desktop:
         self._start(*command)
         return self._processes[-1]
 
+    def bus(self):
+        """A new connection to its session bus."""
+        return Bus(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+
+    def size(self):
+        """Of its screen: width, height in px."""
+        width, height = self.run("xdotool", "getdisplaygeometry").split()
+        return int(width), int(height)
+
     def set_mode(self, width, height, rate=60):
         """Gives the screen another size and refresh rate (Hz)."""
         name = f"{width}x{height}-{rate}"
@@ -99,9 +92,7 @@ class Desktop:
 
     def _service(self, name, program):
         """Names a program that the bus starts when this name is asked for."""
-        services = self.directory / "services"
-        services.mkdir(exist_ok=True)
-        (services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
+        add_service(self.directory / "services", name, program)
 
     def _start(self, *command, report=None):
         """Starts a part of the desktop; with `report`, waits for the line that it writes there."""
@@ -131,8 +122,8 @@ class Desktop:
 
     def _start_bus(self):
         configuration = self.directory / "bus.conf"
-        configuration.write_text(_BUS_CONFIGURATION.format(directory=self.directory / "run",
-                                                           services=self.directory / "services"))
+        write_configuration(configuration, f"unix:dir={self.directory / 'run'}",
+                            self.directory / "services")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start(
             "dbus-daemon", "--nofork", "--nopidfile", f"--config-file={configuration}",
             report="--print-address={}")

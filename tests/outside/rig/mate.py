@@ -68,7 +68,7 @@ class Mate(Desktop):
 
     def icon(self):
         """Where the panel has something coloured: (left, upper, right, lower) in px, or None."""
-        width, height = self._size()
+        width, height = self.size()
         panel = f"{width}x{_HEIGHT}+0+{height - _HEIGHT}"
         png = subprocess.run(["import", "-window", "root", "-crop", panel, "+repage", "png:-"],
                              env=self.environment, check=True, stdout=subprocess.PIPE).stdout
@@ -86,11 +86,8 @@ class Mate(Desktop):
 
     def _panel_is_there(self):
         """Whether the window manager keeps its room free."""
-        _, height = self._size()
+        _, height = self.size()
         return f", {height - _HEIGHT}" in self.run("xprop", "-root", "_NET_WORKAREA")
-
-    def _size(self):
-        return map(int, self.run("xdotool", "getdisplaygeometry").split())
 
     def _prepare(self):
         self.environment["XDG_CURRENT_DESKTOP"] = "MATE"
