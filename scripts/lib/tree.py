@@ -24,7 +24,7 @@ def directories_of(top):
 
 
 def main(top):
-    named = re.findall(r"^\| `([\w./-]+)` \|", (top / "README.md").read_text(), re.M)
+    named = re.findall(r"^\| `(\.?[\w/-]+)` \|", (top / "README.md").read_text(), re.M)
     faults = [f"{name}: the README has no row for it"
               for name in sorted(directories_of(top) - set(named))]
     faults += [f"{name}: the README names it, and there is no such directory"
