@@ -8,5 +8,8 @@
 /// "vireon.guard": the lock that lets only one copy run.
 Q_DECLARE_LOGGING_CATEGORY(guardLog)
 
+/// "vireon.engine": programs of the engine that cannot be run.
+Q_DECLARE_LOGGING_CATEGORY(engineLog)
+
 /// "vireon.desktop": parts of the desktop that are missing.
 Q_DECLARE_LOGGING_CATEGORY(desktopLog)

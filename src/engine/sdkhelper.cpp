@@ -1,5 +1,6 @@
 #include "engine/sdkhelper.h"
 
+#include "base/logcategories.h"
 #include "base/workerthread.h"
 #include "engine/childprocess.h"
 #include "engine/statuslistener.h"
@@ -104,6 +105,10 @@ void SdkHelper::startVireon()
     connect(process, &QProcess::readyReadStandardOutput, this, &SdkHelper::onReadyRead);
     connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &SdkHelper::onFinished);
+    connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            qCWarning(engineLog) << "cannot start" << engineProgram << process->errorString();
+    });
     qDebug() << "starting" << engineProgram;
     process->launch(QLatin1String(engineProgram));
 }

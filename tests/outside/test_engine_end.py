@@ -14,7 +14,7 @@ DEAF = "on Q|sigterm ignore\n"
 STATES = {
     -99: ("unwritten\n", "Starting up...", []),
     -1: ("at 0 status -1\n", "Not connected to Vireon", []),
-    -10: ("unwritten\nstart 1\nat 500 exit 0\nstart any\n", "A problem occured, please wait...", []),
+    -10: ("unwritten\nstart 1\nat 500 exit 0\n", "A problem occured, please wait...", []),
     0: ("at 0 status 0\n", "Started and ready", ["Q"]),
     2: ("at 0 status 2\n", "Loading...", ["Q"]),
 }
@@ -29,7 +29,7 @@ def quit_by_menu(app):
 @pytest.mark.parametrize("status", STATES)
 def test_engine_gets_one_sigterm_and_its_time(install, status):
     scenario, text, letters = STATES[status]
-    app = install(scenario=scenario + NEEDS_TIME).start()
+    app = install(scenario=NEEDS_TIME + scenario).start()
     app.wait_until_shows(text)
     engine = app.engine_pid()
     assert app.quit() == 0

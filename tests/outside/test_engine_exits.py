@@ -102,5 +102,6 @@ def test_engine_of_a_killed_controller_is_told_to_end(install, scenario, code):
     assert app.wait() == -signal.SIGKILL
     # It has the time to put its devices in order.
     wait_for(lambda: not is_running(engine), 15, what="the end of the engine")
-    assert [event.fields["signal"] for event in app.journal("asked")] == ["TERM"]
+    # Perhaps anew for each thread of the controller that dies after the first.
+    assert set(app.engine_signals()) == {"TERM"}
     assert [event.fields["code"] for event in app.journal("exit")] == [code]

@@ -230,6 +230,8 @@ void TestSdkHelper::missingEngineIsNotTriedAgain()
 {
     QVERIFY(QFile::remove(QCoreApplication::applicationDirPath() + QStringLiteral("/vireon-main")));
     sdk->startVireon();
+    QTRY_COMPARE_WITH_TIMEOUT(log->count(QStringLiteral("cannot start ./vireon-main")), 1,
+                              patienceMs);
     QTest::qWait(500);
     QCOMPARE(log->count(QStringLiteral("starting ./vireon-main")), 1);
     QCOMPARE(log->count(QStringLiteral("Vireon exited")), 0);
