@@ -76,8 +76,14 @@ FileLock::FileLock(const QString& path, int waitMs)
             qDebug() << "cannot open lock file" << path << std::strerror(errno);
             return;
         }
-        if (!isRegular(opened) || !lockBefore(deadline, opened)) {
-            qDebug() << "gave up waiting for lock file" << path;
+        if (!isRegular(opened)) {
+            qDebug() << "no file, hence no lock:" << path;
+            close(opened);
+            return;
+        }
+        if (!lockBefore(deadline, opened)) {
+            if (waitMs > 0)
+                qDebug() << "gave up waiting for lock file" << path;
             close(opened);
             return;
         }
@@ -85,6 +91,8 @@ FileLock::FileLock(const QString& path, int waitMs)
             descriptor = opened;
         } else {
             close(opened);
+            if (deadline.hasExpired())
+                return;
         }
     }
     handOver.fetch_add(1, std::memory_order_acq_rel);
