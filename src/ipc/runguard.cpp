@@ -243,6 +243,7 @@ void RunGuard::detachMarker()
 void RunGuard::abandonMarker()
 {
     KeyFile::removeSegment(KeyFile::segmentPath(sharedmemKey));
+    shmdt(sharedMem->constData());
     for (const QString& lock : {memLockKey, sharedmemKey})
         KeyFile::removeSemaphore(KeyFile::semaphorePath(lock));
     static_cast<void>(memLock.release());

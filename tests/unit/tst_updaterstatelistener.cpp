@@ -6,6 +6,7 @@
 #include "subjects/privatetmp.h"
 #include "subjects/signalcounter.h"
 #include "subjects/subjectprocess.h"
+#include "subjects/systemcalls.h"
 #include "subjects/threads.h"
 
 #include <QtTest>
@@ -53,6 +54,8 @@ private slots:
     void endsWhenTheUpdaterCrashed_data();
     void endsWhenTheUpdaterCrashed();
     void segmentTooSmallForAStateIsIgnored();
+    void stateIsReadUnderItsLock();
+    void looksOnceASecond();
     void deletedListenerDoesNotWaitForAStoppedUpdater();
     void canBeDeletedAtAnyMoment();
     void stoppingTheWorkersEndsIt(); // last: there is no way back
@@ -203,6 +206,46 @@ void TestUpdaterStateListener::segmentTooSmallForAStateIsIgnored()
     listener = std::make_unique<UpdaterStateListener>(theKey);
     QTRY_VERIFY_WITH_TIMEOUT(LogCapture::count(seenText) >= 2, longMs);
     QVERIFY(!hasEnded());
+}
+
+void TestUpdaterStateListener::stateIsReadUnderItsLock()
+{
+    static QSharedMemory* segment = nullptr;
+    static QtMessageHandler next = nullptr;
+    QSharedMemory updaterMemory(theKey);
+    segment = &updaterMemory;
+    QVERIFY(segment->create(4));
+    const int lock = semget(KeyFile::keyOf(KeyFile::semaphorePath(theKey)), 1, 0);
+    // Between its attaching and its reading the updater begins to write, and has not done yet.
+    next = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context,
+                                     const QString& text) {
+        if (text.contains(seenText) && LogCapture::count(seenText) == 0) {
+            segment->lock();
+            *static_cast<int*>(segment->data()) = 1;
+        }
+        next(type, context, text);
+    });
+    listener = std::make_unique<UpdaterStateListener>(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(semctl(lock, 0, GETNCNT) == 1
+                                 || LogCapture::count("update is in progress") > 0,
+                             longMs);
+    *static_cast<int*>(segment->data()) = -1;
+    segment->unlock();
+    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), longMs);
+    qInstallMessageHandler(next);
+    QCOMPARE(LogCapture::count("update is in progress"), 0);
+    QCOMPARE(LogCapture::count("updater has quit or will not need vireon to quit"), 1);
+}
+
+void TestUpdaterStateListener::looksOnceASecond()
+{
+    SystemCalls::reset();
+    listener = std::make_unique<UpdaterStateListener>(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(SystemCalls::longestPoll > 0, longMs);
+    QVERIFY(SystemCalls::longestPoll <= 1000);
+    updater = std::make_unique<Updater>();
+    QCOMPARE(updater->ask("make 4"), QByteArray("made"));
+    QTRY_VERIFY_WITH_TIMEOUT(LogCapture::count(seenText) > 0, longMs);
 }
 
 void TestUpdaterStateListener::deletedListenerDoesNotWaitForAStoppedUpdater()
