@@ -77,8 +77,14 @@ FileLock::FileLock(const QString& path, int waitMs)
             qCDebug(guardLog) << "cannot open lock file" << path << std::strerror(errno);
             return;
         }
-        if (!isRegular(opened) || !lockBefore(deadline, opened)) {
-            qCDebug(guardLog) << "gave up waiting for lock file" << path;
+        if (!isRegular(opened)) {
+            qCDebug(guardLog) << "no file, hence no lock:" << path;
+            close(opened);
+            return;
+        }
+        if (!lockBefore(deadline, opened)) {
+            if (waitMs > 0)
+                qCDebug(guardLog) << "gave up waiting for lock file" << path;
             close(opened);
             return;
         }
@@ -86,6 +92,8 @@ FileLock::FileLock(const QString& path, int waitMs)
             descriptor = opened;
         } else {
             close(opened);
+            if (deadline.hasExpired())
+                return;
         }
     }
     handOver.fetch_add(1, std::memory_order_acq_rel);

@@ -13,14 +13,16 @@
 class FileLock
 {
 public:
-    /// Waits at most @p waitMs milliseconds for the lock on the file at @p path. See isHeld().
+    /// Waits at most @p waitMs milliseconds for the lock on the file at @p path; 0 is one try. See
+    /// isHeld().
     FileLock(const QString& path, int waitMs);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    /// False when the wait was over first, when the file cannot be opened, or when something else
-    /// is in its place; the log tells (category "vireon.guard").
+    /// False when the wait was over first, or, at once, when there is no way to open the file or
+    /// something else is in its place. The log tells (category "vireon.guard"), but not of a single
+    /// try.
     bool isHeld() const { return descriptor >= 0; }
 
 private:

@@ -5,6 +5,7 @@
 #include "engine/childprocess.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
+#include "ipc/runguard.h"
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
 #include "ui/firmwareprompt.h"
@@ -670,6 +671,7 @@ void MainWindow::onWakingUp()
 
 void MainWindow::exitApp()
 {
+    RunGuard::announceEnd();
     sdk->trigger(SdkHelper::QuitEngine);
     if (trayIcon)
         trayIcon->hide();

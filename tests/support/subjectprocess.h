@@ -69,7 +69,19 @@ public:
         return over && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
 
+    /// What it logged since it was asked last.
     QByteArray log() { return process.readAllStandardError(); }
+
+    /// Whether @p text comes on its log in time; what came until then is no longer on it.
+    bool logs(const QByteArray& text)
+    {
+        process.setReadChannel(QProcess::StandardError);
+        QByteArray read = log();
+        while (!read.contains(text) && process.waitForReadyRead(patienceMs))
+            read += log();
+        process.setReadChannel(QProcess::StandardOutput);
+        return read.contains(text);
+    }
 
 private:
     QProcess process;

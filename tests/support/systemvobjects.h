@@ -18,23 +18,39 @@ public:
         return pids;
     }
 
-    /// Removes every semaphore and segment that one of users() was the last to use.
+    /// How many semaphores and segments there are that one of users() was the last to use.
+    static int count() { return forEach([](int) {}, [](int) {}); }
+
     static void removeAll()
     {
+        forEach([](int semaphore) { semctl(semaphore, 0, IPC_RMID); },
+                [](int segment) { shmctl(segment, IPC_RMID, nullptr); });
+    }
+
+private:
+    template <class ForSemaphore, class ForSegment>
+    static int forEach(ForSemaphore forSemaphore, ForSegment forSegment)
+    {
+        int found = 0;
         seminfo highest = {};
         const int lastSemaphore = semctl(0, 0, SEM_INFO, &highest);
         for (int index = 0; index <= lastSemaphore; ++index) {
             semid_ds state = {};
             const int id = semctl(index, 0, SEM_STAT, &state);
-            if (id >= 0 && users().contains(semctl(id, 0, GETPID)))
-                semctl(id, 0, IPC_RMID);
+            if (id >= 0 && users().contains(semctl(id, 0, GETPID))) {
+                ++found;
+                forSemaphore(id);
+            }
         }
         shmid_ds state = {};
         const int lastSegment = shmctl(0, SHM_INFO, &state);
         for (int index = 0; index <= lastSegment; ++index) {
             const int id = shmctl(index, SHM_STAT, &state);
-            if (id >= 0 && (users().contains(state.shm_lpid) || users().contains(state.shm_cpid)))
-                shmctl(id, IPC_RMID, nullptr);
+            if (id >= 0 && (users().contains(state.shm_lpid) || users().contains(state.shm_cpid))) {
+                ++found;
+                forSegment(id);
+            }
         }
+        return found;
     }
 };

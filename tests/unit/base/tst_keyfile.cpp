@@ -8,10 +8,12 @@
 #include <QtTest>
 
 #include <memory>
+#include <sys/stat.h>
 
 namespace {
 
 const QString theKey = QStringLiteral("tst_keyfile");
+constexpr uid_t otherUser = 65534;
 
 /// The key of the file at @p path, which is made when missing.
 key_t plainKey(const QString& path)
@@ -33,9 +35,12 @@ private slots:
     void pathsAreThoseOfQt();
     void semaphoreGetsAKeyOfItsOwn();
     void segmentGetsAKeyOfItsOwn();
-    void presentFilesStay();
-    void takenSemaphoreIsFreed();
-    void freeSemaphoreStaysAsItIs();
+    void leftOverSemaphoreGoes();
+    void segmentOfThisUserStays();
+    void namesOfAnotherUserAreOfNoUse_data();
+    void namesOfAnotherUserAreOfNoUse();
+    void keyOfAnotherUsersObjectIsNotTaken();
+    void objectsAreRemovedWithTheirFiles();
 
 private:
     std::unique_ptr<PrivateTmp> temporary;
@@ -71,7 +76,7 @@ void TestKeyFile::semaphoreGetsAKeyOfItsOwn()
     if (plainKey(path) != used)
         QSKIP("this file system does not give the same inode number again");
     QVERIFY(QFile::remove(path));
-    KeyFile::prepareSemaphore(path);
+    QVERIFY(KeyFile::prepareSemaphore(path));
     QVERIFY(QFile::exists(path));
     QVERIFY(plainKey(path) != used);
     semctl(semget(used, 1, 0), 0, IPC_RMID);
@@ -87,39 +92,101 @@ void TestKeyFile::segmentGetsAKeyOfItsOwn()
     if (plainKey(path) != used)
         QSKIP("this file system does not give the same inode number again");
     QVERIFY(QFile::remove(path));
-    KeyFile::prepareSegment(path);
+    QVERIFY(KeyFile::prepareSegment(path));
     QVERIFY(QFile::exists(path));
     QVERIFY(plainKey(path) != used);
     shmctl(segment, IPC_RMID, nullptr);
 }
 
-void TestKeyFile::presentFilesStay()
+void TestKeyFile::leftOverSemaphoreGoes()
 {
-    const QString path = temporary->path() + "/present";
+    const QString path = KeyFile::semaphorePath(theKey);
+    const int old = semget(plainKey(path), 1, IPC_CREAT | 0600); // and taken: its value is 0
+    QVERIFY(old >= 0);
+    QVERIFY(KeyFile::prepareSemaphore(path));
+    QVERIFY(QFile::exists(path));
+    QVERIFY(semctl(old, 0, GETVAL) < 0);
+    QVERIFY(semget(KeyFile::keyOf(path), 0, 0) < 0);
+    QSystemSemaphore semaphore(theKey, 1);
+    QVERIFY(semaphore.acquire());
+}
+
+void TestKeyFile::segmentOfThisUserStays()
+{
+    const QString path = KeyFile::segmentPath(theKey);
     const key_t used = plainKey(path);
-    const int semaphore = semget(used, 1, IPC_CREAT | 0600);
     const int segment = shmget(used, 1, IPC_CREAT | 0600);
-    KeyFile::prepareSemaphore(path);
-    KeyFile::prepareSegment(path);
-    QCOMPARE(plainKey(path), used);
+    QVERIFY(KeyFile::prepareSegment(path));
+    QCOMPARE(KeyFile::keyOf(path), used);
+    QCOMPARE(shmget(used, 0, 0), segment);
+    QCOMPARE(shmctl(segment, IPC_RMID, nullptr), 0);
+    QVERIFY(KeyFile::prepareSegment(path));
+    QCOMPARE(KeyFile::keyOf(path), used);
+}
+
+void TestKeyFile::namesOfAnotherUserAreOfNoUse_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("a file") << "file";
+    QTest::newRow("a directory") << "directory";
+    QTest::newRow("a link to nothing") << "link";
+}
+
+void TestKeyFile::namesOfAnotherUserAreOfNoUse()
+{
+    QFETCH(QString, kind);
+    const QString path = temporary->path() + "/key";
+    const QByteArray name = QFile::encodeName(path);
+    if (kind == "directory")
+        QVERIFY(QDir().mkdir(path));
+    if (kind == "link")
+        QVERIFY(QFile::link(temporary->path() + "/missing", path));
+    if (kind == "file") {
+        QVERIFY(plainKey(path) != -1);
+        if (chown(name.constData(), otherUser, otherUser) != 0)
+            QSKIP("only root can make files of other users");
+    }
+    QVERIFY(!KeyFile::prepareSemaphore(path));
+    QVERIFY(!KeyFile::prepareSegment(path));
+    KeyFile::removeSemaphore(path);
+    KeyFile::removeSegment(path);
+    struct stat state = {};
+    QCOMPARE(lstat(name.constData(), &state), 0);
+}
+
+void TestKeyFile::keyOfAnotherUsersObjectIsNotTaken()
+{
+    if (geteuid() != 0)
+        QSKIP("only root can make objects of other users");
+    const QString path = temporary->path() + "/key";
+    const key_t used = plainKey(path);
+    QVERIFY(seteuid(otherUser) == 0);
+    const int segment = shmget(used, 1, IPC_CREAT | 0600);
+    const int semaphore = semget(used, 1, IPC_CREAT | 0600);
+    QVERIFY(seteuid(0) == 0);
+    QVERIFY(segment >= 0 && semaphore >= 0);
+    QVERIFY(KeyFile::prepareSemaphore(path));
+    QVERIFY(KeyFile::keyOf(path) != used);
+    QCOMPARE(semget(used, 0, 0), semaphore);
+    QVERIFY(KeyFile::prepareSegment(path));
+    QVERIFY(KeyFile::keyOf(path) != used);
+    QCOMPARE(shmget(used, 0, 0), segment);
     QCOMPARE(semctl(semaphore, 0, IPC_RMID), 0);
     QCOMPARE(shmctl(segment, IPC_RMID, nullptr), 0);
 }
 
-void TestKeyFile::takenSemaphoreIsFreed()
+void TestKeyFile::objectsAreRemovedWithTheirFiles()
 {
-    QSystemSemaphore semaphore(theKey, 1, QSystemSemaphore::Create);
-    QVERIFY(semaphore.acquire());
-    KeyFile::prepareSemaphore(KeyFile::semaphorePath(theKey));
-    QVERIFY(semaphore.acquire()); // would wait for ever
-}
-
-void TestKeyFile::freeSemaphoreStaysAsItIs()
-{
-    const QSystemSemaphore semaphore(theKey, 2, QSystemSemaphore::Create);
-    const QString path = KeyFile::semaphorePath(theKey);
-    KeyFile::prepareSemaphore(path);
-    QCOMPARE(semctl(semget(plainKey(path), 1, 0), 0, GETVAL), 2);
+    const QString path = temporary->path() + "/key";
+    const int semaphore = semget(plainKey(path), 1, IPC_CREAT | 0600);
+    KeyFile::removeSemaphore(path);
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(semctl(semaphore, 0, GETVAL) < 0);
+    const int segment = shmget(plainKey(path), 1, IPC_CREAT | 0600);
+    KeyFile::removeSegment(path);
+    QVERIFY(!QFile::exists(path));
+    shmid_ds state = {};
+    QVERIFY(shmctl(segment, IPC_STAT, &state) < 0);
 }
 
 QTEST_GUILESS_MAIN(TestKeyFile)

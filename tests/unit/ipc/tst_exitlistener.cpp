@@ -7,6 +7,7 @@
 #include "support/privatetmp.h"
 #include "support/signalcounter.h"
 #include "support/subjectprocess.h"
+#include "support/systemcalls.h"
 #include "support/threads.h"
 
 #include <QtTest>
@@ -42,6 +43,8 @@ private slots:
     void tellsWhenTheApplicationWasKilled();
     void tellsWhenTheApplicationNeverRan();
     void applicationKilledInAStepCountsAsGone();
+    void neitherStartNorEndWaits();
+    void looksOnceASecond();
     void isAnotherRunningAnswersBesideThePoll();
     void deletedListenerIsSilent();
     void stoppingTheWorkersEndsIt(); // last: there is no way back
@@ -131,9 +134,40 @@ void TestExitListener::applicationKilledInAStepCountsAsGone()
     listener.reset(ExitListener::instance());
     const SignalCounter exits(listener.get(), &ExitListener::hasExited);
     application->killHard();
-    QVERIFY(ExitListener::instance()->isAnotherRunning()); // nobody can look while it is held
+    QVERIFY(!ExitListener::instance()->isAnotherRunning());
     other.killHard();
     QTRY_COMPARE_WITH_TIMEOUT(exits.count(), 1, patienceMs);
+}
+
+void TestExitListener::neitherStartNorEndWaits()
+{
+    application = std::make_unique<Application>();
+    QCOMPARE(application->ask("try"), QByteArray("won"));
+    Application other;
+    QCOMPARE(other.ask("lock"), QByteArray("locked"));
+    other.signal(SIGSTOP);
+    SystemCalls::reset();
+    listener.reset(ExitListener::instance());
+    QVERIFY(listener->isAnotherRunning());
+    QCOMPARE(SystemCalls::mainThreadSleeps.load(), 0);
+    application->killHard();
+    // Its thread is in the middle of a look, which waits for the lock.
+    SystemCalls::lockTries = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(SystemCalls::lockTries > 1, patienceMs);
+    SystemCalls::mainThreadSleeps = 0;
+    listener.reset();
+    listener.reset(ExitListener::instance()); // with nothing that runs, and a lock that is held
+    QCOMPARE(SystemCalls::mainThreadSleeps.load(), 0);
+}
+
+void TestExitListener::looksOnceASecond()
+{
+    application = std::make_unique<Application>();
+    QCOMPARE(application->ask("try"), QByteArray("won"));
+    SystemCalls::reset();
+    listener.reset(ExitListener::instance());
+    QTRY_VERIFY_WITH_TIMEOUT(SystemCalls::longestPoll > 0, patienceMs);
+    QVERIFY(SystemCalls::longestPoll <= 1000);
 }
 
 void TestExitListener::isAnotherRunningAnswersBesideThePoll()

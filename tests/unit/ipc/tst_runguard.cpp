@@ -1,10 +1,12 @@
 #include "ipc/runguard.h"
 
+#include "base/filelock.h"
 #include "base/keyfile.h"
 #include "support/logrecorder.h"
 #include "support/patience.h"
 #include "support/privatetmp.h"
 #include "support/subjectprocess.h"
+#include "support/systemcalls.h"
 
 #include <QtTest>
 
@@ -17,10 +19,34 @@ namespace {
 const QString theKey = QStringLiteral("tst_runguard");
 constexpr mode_t openToAll = 01777;
 
-QString hashedKey(const char* salt)
+const QString ordinaryUser = QStringLiteral("65534");
+const QString otherOrdinaryUser = QStringLiteral("65533");
+const QString lockFileMessage = QStringLiteral("vireon.guard: starting without the lock file");
+
+QString hashedKey(const char* salt, const QString& key = theKey)
 {
-    const QByteArray text = theKey.toUtf8() + salt;
+    const QByteArray text = key.toUtf8() + salt;
     return QCryptographicHash::hash(text, QCryptographicHash::Sha1).toHex();
+}
+
+QString lockFile(const QString& key = theKey)
+{
+    return "runguard_" + hashedKey("_memLockKey", key) + ".lock";
+}
+
+QString lockPath()
+{
+    return QDir::tempPath() + '/' + lockFile();
+}
+
+QString markerPath()
+{
+    return KeyFile::segmentPath(hashedKey("_sharedmemKey"));
+}
+
+QString semaphorePath()
+{
+    return KeyFile::semaphorePath(hashedKey("_memLockKey"));
 }
 
 /// How often a race is run: few times with the other tests, often by bench/guard_contention.
@@ -38,16 +64,27 @@ public:
     }
 };
 
-QStringList asUser(const char* user)
+/// What starts a program as another user; as this one when @p user is empty.
+QStringList asUser(const QString& user)
 {
-    return {"setpriv", QString("--reuid=") + user, QString("--regid=") + user, "--clear-groups"};
+    if (user.isEmpty())
+        return {};
+    return {"setpriv", "--reuid=" + user, "--regid=" + user, "--clear-groups"};
 }
 
-/// Whether a process that is started with @p prefix reaches the directory at @p path.
-bool mayWrite(const QStringList& prefix, const QString& path)
+/// Why copies of these users cannot run in the directory at @p path; empty when they can.
+QByteArray reasonAgainst(const QStringList& users, const QString& path)
 {
-    const QStringList command = prefix + QStringList {"test", "-w", path};
-    return QProcess::execute(command.first(), command.mid(1)) == 0;
+    for (const QString& user : users) {
+        if (user.isEmpty())
+            continue;
+        if (geteuid() != 0)
+            return "only root can start copies of other users";
+        const QStringList command = asUser(user) + QStringList {"test", "-w", path};
+        if (QProcess::execute(command.first(), command.mid(1)) != 0)
+            return "the build tree is closed to other users";
+    }
+    return {};
 }
 
 } // namespace
@@ -69,21 +106,52 @@ private slots:
     void objectsAreKnownByHashes();
     void refusesWhenNoFileCanBeMade();
     void refusesWhenTheSegmentCannotBeMade();
+    void nothingButTheLockFileStays_data();
     void nothingButTheLockFileStays();
+    void releaseLeavesNothingBehind_data();
+    void releaseLeavesNothingBehind();
+    void everyUseOfTheMarkerIsLocked();
 
     void exactlyOneOfManyWins_data();
     void exactlyOneOfManyWins();
     void copiesStartWhileTheHolderQuits();
     void nextCopyWinsAfterKillsAtRandom();
     void nextCopyWinsAfterTheLockHolderWasKilled();
-    void stoppedLockHolderDelaysTheStartOnly();
-    void stoppedLockHolderDelaysTheQuitOnly();
     void semaphoresLeftTakenAreFreed();
+    void markerOfTheSameMomentIsSeen();
+
+    void lockThatIsHeldDelaysTheStartOnly();
+    void lockThatIsHeldDelaysTheQuitOnly();
+    void waitsForTheLockAreBounded();
+    void whatIsNoLockFileHindersNobody_data();
+    void whatIsNoLockFileHindersNobody();
+    void namesInUseHinderNobody();
+    void missingTemporaryDirectoryIsReplaced_data();
+    void missingTemporaryDirectoryIsReplaced();
+    void cleanedKeyFilesAreMadeAnew_data();
+    void cleanedKeyFilesAreMadeAnew();
+
+    void startWaitsForACopyThatIsQuitting_data();
+    void startWaitsForACopyThatIsQuitting();
+    void waitForAQuitIsBounded();
+    void copyThatRunsIsNotWaitedFor();
+
     void copyOfAnotherUserCounts_data();
     void copyOfAnotherUserCounts();
+    void leftOversOfAnotherUserAreNoCopy_data();
+    void leftOversOfAnotherUserAreNoCopy();
 
 private:
-    static void leaveObjectsBehind(int kind);
+    static void leaveObjectsBehind(int kind, const QString& user = {});
+    void openToOthers() const;
+
+    /// How often a copy in this process has said so; the log is forgotten.
+    int timesWithoutLockFile() const
+    {
+        const int times = log->count("starting without the lock file");
+        log->clear();
+        return times;
+    }
 
     std::unique_ptr<PrivateTmp> temporary;
     std::unique_ptr<QTemporaryDir> working;
@@ -102,6 +170,7 @@ void TestRunGuard::cleanup()
 {
     const QStringList warnings = log->warnings();
     log.reset();
+    SystemCalls::reset();
     QDir::setCurrent(QDir::homePath());
     SystemVObjects::removeAll();
     temporary.reset();
@@ -190,26 +259,39 @@ void TestRunGuard::objectsAreKnownByHashes()
 
 void TestRunGuard::refusesWhenNoFileCanBeMade()
 {
+    if (geteuid() != 0)
+        QSKIP("only root may write in a directory where no file can be made");
     qputenv("TMPDIR", "/proc");
     RunGuard guard(theKey);
     QVERIFY(!guard.tryToRun());
     guard.release();
+    QCOMPARE(timesWithoutLockFile(), 1);
 }
 
 void TestRunGuard::refusesWhenTheSegmentCannotBeMade()
 {
     RunGuard guard(theKey);
-    // A directory takes the place of the key file, which Qt must have for a segment.
-    const QString path = QSharedMemory(hashedKey("_sharedmemKey")).nativeKey();
-    QVERIFY(QDir().mkpath(path));
-    const int segment = shmget(ftok(QFile::encodeName(path), 'Q'), 1, IPC_CREAT | IPC_EXCL);
-    QVERIFY(segment >= 0); // without permissions, for ordinary users
+    SystemCalls::noSpace = true;
     QVERIFY(!guard.tryToRun());
-    shmctl(segment, IPC_RMID, nullptr);
+    QVERIFY(!RunGuard(theKey).isAnotherRunning());
+    QCOMPARE(SystemVObjects::count(), 0);
+    SystemCalls::noSpace = false;
+    QVERIFY(guard.tryToRun());
+}
+
+void TestRunGuard::nothingButTheLockFileStays_data()
+{
+    QTest::addColumn<int>("leftOver");
+    QTest::newRow("clean start") << -1;
+    QTest::newRow("after a killed copy") << 0;
+    QTest::newRow("after one that was killed in a step") << 2;
 }
 
 void TestRunGuard::nothingButTheLockFileStays()
 {
+    QFETCH(int, leftOver);
+    if (leftOver >= 0)
+        leaveObjectsBehind(leftOver);
     {
         RunGuard guard(theKey);
         QVERIFY(guard.tryToRun());
@@ -217,13 +299,70 @@ void TestRunGuard::nothingButTheLockFileStays()
         QCOMPARE(other.ask("try"), QByteArray("refused"));
         QVERIFY(other.ends());
     }
-    const QString lockFile = "runguard_" + hashedKey("_memLockKey") + ".lock";
-    QCOMPARE(QDir(temporary->path()).entryList(QDir::Files), QStringList(lockFile));
+    QCOMPARE(QDir(temporary->path()).entryList(QDir::Files), QStringList(lockFile()));
+    QCOMPARE(SystemVObjects::count(), 0);
+    // Nor do looks, of whoever never runs.
+    RunGuard looking(theKey);
+    QVERIFY(!looking.isAnotherRunning());
+    QCOMPARE(QDir(temporary->path()).entryList(QDir::Files), QStringList(lockFile()));
+    QCOMPARE(SystemVObjects::count(), 0);
 }
 
-void TestRunGuard::leaveObjectsBehind(int kind)
+void TestRunGuard::releaseLeavesNothingBehind_data()
 {
-    Copy crashing;
+    QTest::addColumn<bool>("isLockFree");
+    QTest::newRow("with the lock") << true;
+    QTest::newRow("without the lock") << false;
+}
+
+void TestRunGuard::releaseLeavesNothingBehind()
+{
+    QFETCH(bool, isLockFree);
+    // As in a program that leaves while threads are alive: nothing is destroyed after it.
+    Copy copy;
+    QCOMPARE(copy.ask("try"), QByteArray("won"));
+    QCOMPARE(SystemVObjects::count(), 3);
+    {
+        const FileLock lock(isLockFree ? temporary->path() + "/other" : lockPath(), 0);
+        QVERIFY(lock.isHeld());
+        QCOMPARE(copy.ask("release"), QByteArray("released"));
+    }
+    QFile::remove(temporary->path() + "/other");
+    QCOMPARE(QDir(temporary->path()).entryList(QDir::Files), QStringList(lockFile()));
+    QCOMPARE(SystemVObjects::count(), 0);
+}
+
+void TestRunGuard::everyUseOfTheMarkerIsLocked()
+{
+    const QStringList look {"lock", "unlock"};
+    const QStringList drop {"lock", "attach", "detach", "unlock"};
+    const QStringList take {"lock", "create", "attach", "unlock"};
+    const QStringList giveBack {"lock", "detach", "unlock"};
+    SystemCalls::isLock = [](int semaphore) {
+        semid_ds state = {};
+        return semctl(semaphore, 0, IPC_STAT, &state) == 0
+            && state.sem_perm.__key == KeyFile::keyOf(semaphorePath());
+    };
+    leaveObjectsBehind(0);
+    RunGuard guard(theKey);
+    QCOMPARE(std::exchange(SystemCalls::trace, {}), drop);
+    leaveObjectsBehind(0);
+    QVERIFY(!guard.isAnotherRunning());
+    QCOMPARE(std::exchange(SystemCalls::trace, {}), drop);
+    QVERIFY(guard.tryToRun());
+    QCOMPARE(std::exchange(SystemCalls::trace, {}), look + take);
+    guard.release();
+    QCOMPARE(std::exchange(SystemCalls::trace, {}), giveBack);
+}
+
+void TestRunGuard::openToOthers() const
+{
+    chmod(QFile::encodeName(temporary->path()).constData(), openToAll);
+}
+
+void TestRunGuard::leaveObjectsBehind(int kind, const QString& user)
+{
+    Copy crashing(asUser(user));
     crashing.ask(kind == 0 ? "try" : kind == 1 ? "spin" : "lock");
     crashing.killHard();
     if (kind == 3) {
@@ -239,12 +378,23 @@ void TestRunGuard::exactlyOneOfManyWins_data()
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("repeats");
     QTest::addColumn<bool>("stale");
+    QTest::addColumn<bool>("hasLock");
+    QTest::addColumn<QStringList>("users");
     const int pairs = rounds("GUARD_PAIRS", 10);
     const int groups = rounds("GUARD_GROUPS", 5);
-    QTest::newRow("pairs") << 2 << pairs << false;
-    QTest::newRow("pairs, left-overs") << 2 << pairs << true;
-    QTest::newRow("groups of six") << 6 << groups << false;
-    QTest::newRow("groups of six, left-overs") << 6 << groups << true;
+    const QStringList self {QString()};
+    const QStringList two {ordinaryUser, otherOrdinaryUser};
+    QTest::newRow("pairs") << 2 << pairs << false << true << self;
+    QTest::newRow("pairs, left-overs") << 2 << pairs << true << true << self;
+    QTest::newRow("pairs, no lock file") << 2 << pairs << false << false << self;
+    QTest::newRow("groups of six") << 6 << groups << false << true << self;
+    QTest::newRow("groups of six, left-overs") << 6 << groups << true << true << self;
+    QTest::newRow("groups of six, no lock file") << 6 << groups << false << false << self;
+    QTest::newRow("pairs of two users") << 2 << pairs << false << true << two;
+    QTest::newRow("pairs of two users, left-overs") << 2 << pairs << true << true << two;
+    QTest::newRow("pairs of two users, no lock file") << 2 << pairs << true << false << two;
+    QTest::newRow("groups of two users") << 6 << groups << false << true << two;
+    QTest::newRow("groups of two users, left-overs") << 6 << groups << true << true << two;
 }
 
 void TestRunGuard::exactlyOneOfManyWins()
@@ -252,13 +402,20 @@ void TestRunGuard::exactlyOneOfManyWins()
     QFETCH(int, count);
     QFETCH(int, repeats);
     QFETCH(bool, stale);
+    QFETCH(bool, hasLock);
+    QFETCH(QStringList, users);
+    openToOthers();
+    if (const QByteArray reason = reasonAgainst(users, temporary->path()); !reason.isEmpty())
+        QSKIP(reason.constData());
+    if (!hasLock)
+        QVERIFY(QDir().mkdir(lockPath()));
     int ended = 0;
     for (int round = 0; round < repeats; ++round) {
         if (stale)
-            leaveObjectsBehind(round % 4);
+            leaveObjectsBehind(hasLock ? round % 4 : round % 2, users[round / 4 % users.size()]);
         std::vector<std::unique_ptr<Copy>> copies(static_cast<size_t>(count));
-        for (auto& copy : copies)
-            copy = std::make_unique<Copy>();
+        for (size_t index = 0; index < copies.size(); ++index)
+            copies[index] = std::make_unique<Copy>(asUser(users[int(index) % users.size()]));
         for (const auto& copy : copies)
             copy->send("try");
         QByteArrayList answers;
@@ -269,7 +426,9 @@ void TestRunGuard::exactlyOneOfManyWins()
         copies[static_cast<size_t>(answers.indexOf("won"))]->send("end");
         for (const auto& copy : copies) {
             QVERIFY(copy->ends());
-            QCOMPARE(copy->log(), QByteArray());
+            const QByteArray said = copy->log();
+            QVERIFY2(hasLock ? said.isEmpty() : said.contains("starting without"),
+                     said.constData());
             ++ended;
         }
     }
@@ -323,37 +482,6 @@ void TestRunGuard::nextCopyWinsAfterTheLockHolderWasKilled()
     QCOMPARE(next.ask("try"), QByteArray("won"));
 }
 
-void TestRunGuard::stoppedLockHolderDelaysTheStartOnly()
-{
-    Copy stopped;
-    QCOMPARE(stopped.ask("lock"), QByteArray("locked"));
-    stopped.signal(SIGSTOP);
-    Copy waiting;
-    QElapsedTimer timer;
-    timer.start();
-    QCOMPARE(waiting.ask("try"), QByteArray("refused"));
-    QVERIFY(waiting.ends());
-    QVERIFY(timer.elapsed() >= 4900);
-    QVERIFY(waiting.log().contains("gave up waiting for lock file"));
-    stopped.killHard();
-    Copy next;
-    QCOMPARE(next.ask("try"), QByteArray("won"));
-}
-
-void TestRunGuard::stoppedLockHolderDelaysTheQuitOnly()
-{
-    Copy holder;
-    QCOMPARE(holder.ask("try"), QByteArray("won"));
-    Copy stopped;
-    QCOMPARE(stopped.ask("lock"), QByteArray("locked"));
-    stopped.signal(SIGSTOP);
-    QCOMPARE(holder.ask("end"), QByteArray("ended"));
-    QVERIFY(holder.ends());
-    stopped.killHard();
-    Copy next;
-    QCOMPARE(next.ask("try"), QByteArray("won"));
-}
-
 void TestRunGuard::semaphoresLeftTakenAreFreed()
 {
     // What a copy leaves that was killed between making a semaphore and giving it its value.
@@ -370,39 +498,325 @@ void TestRunGuard::semaphoresLeftTakenAreFreed()
     QVERIFY(copy.ends());
 }
 
+void TestRunGuard::markerOfTheSameMomentIsSeen()
+{
+    // As when two copies without the lock both saw no other one before they made their markers.
+    QVERIFY(QDir().mkdir(lockPath()));
+    Copy other;
+    SystemCalls::beforeCreation = [&other] { QCOMPARE(other.ask("try"), QByteArray("won")); };
+    RunGuard guard(theKey);
+    QVERIFY(!guard.tryToRun());
+    QVERIFY(!SystemCalls::beforeCreation);
+    QCOMPARE(other.ask("ask"), QByteArray("free"));
+    other.killHard();
+    QVERIFY(guard.tryToRun());
+    QCOMPARE(timesWithoutLockFile(), 2);
+}
+
+void TestRunGuard::lockThatIsHeldDelaysTheStartOnly()
+{
+    Copy stopped;
+    QCOMPARE(stopped.ask("lock"), QByteArray("locked"));
+    stopped.signal(SIGSTOP);
+    Copy first;
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    const QByteArray said = first.log();
+    QVERIFY2(said.contains("gave up waiting for lock file"), said.constData());
+    QVERIFY2(said.contains("starting without the lock file"), said.constData());
+    Copy second;
+    QCOMPARE(second.ask("try"), QByteArray("refused"));
+    QCOMPARE(first.ask("end"), QByteArray("ended"));
+    QVERIFY(first.ends());
+    Copy third;
+    QCOMPARE(third.ask("try"), QByteArray("won"));
+    stopped.signal(SIGCONT);
+    Copy fourth;
+    QCOMPARE(fourth.ask("try"), QByteArray("refused"));
+}
+
+void TestRunGuard::lockThatIsHeldDelaysTheQuitOnly()
+{
+    Copy holder;
+    QCOMPARE(holder.ask("try"), QByteArray("won"));
+    Copy stopped;
+    QCOMPARE(stopped.ask("lock"), QByteArray("locked"));
+    stopped.signal(SIGSTOP);
+    QCOMPARE(holder.ask("end"), QByteArray("ended"));
+    QVERIFY(holder.ends());
+    stopped.killHard();
+    Copy next;
+    QCOMPARE(next.ask("try"), QByteArray("won"));
+}
+
+void TestRunGuard::waitsForTheLockAreBounded()
+{
+    // It is tried every 5 ms at most.
+    constexpr int triesAtStart = 2500 / 5 + 1;
+    constexpr int triesAtEnd = 1000 / 5 + 1;
+    constexpr int triesOfALook = 100 / 5 + 1;
+    constexpr int triesAllowed = 5000;
+    SystemCalls::lockTriesAllowed = triesAllowed;
+    RunGuard guard(theKey);
+    QCOMPARE(SystemCalls::lockTries.exchange(0), 1);
+    QVERIFY(!guard.isAnotherRunning());
+    const int look = SystemCalls::lockTries.exchange(0);
+    QVERIFY(look > 1 && look <= triesOfALook);
+    QVERIFY(guard.tryToRun());
+    const int start = SystemCalls::lockTries.exchange(0);
+    QVERIFY(start > look && start <= triesAtStart);
+    QCOMPARE(timesWithoutLockFile(), 1);
+    QVERIFY(RunGuard(theKey).isAnotherRunning());
+    QCOMPARE(SystemCalls::lockTries.exchange(0), 1);
+    guard.release();
+    const int end = SystemCalls::lockTries.exchange(0);
+    QVERIFY(end > 1 && end <= triesAtEnd);
+}
+
+void TestRunGuard::whatIsNoLockFileHindersNobody_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("a directory") << "directory";
+    QTest::newRow("a pipe") << "pipe";
+    QTest::newRow("a link") << "link";
+    QTest::newRow("a file that cannot be opened") << "closed";
+}
+
+void TestRunGuard::whatIsNoLockFileHindersNobody()
+{
+    QFETCH(QString, kind);
+    const QByteArray name = QFile::encodeName(lockPath());
+    const QString user = kind == "closed" ? ordinaryUser : QString();
+    openToOthers();
+    if (const QByteArray reason = reasonAgainst({user}, temporary->path()); !reason.isEmpty())
+        QSKIP(reason.constData());
+    if (kind == "directory")
+        QCOMPARE(mkdir(name.constData(), 0700), 0);
+    if (kind == "pipe")
+        QCOMPARE(mkfifo(name.constData(), 0600), 0);
+    if (kind == "link")
+        QCOMPARE(symlink("nowhere", name.constData()), 0);
+    if (kind == "closed")
+        QCOMPARE(mknod(name.constData(), S_IFREG, 0), 0);
+    Copy first(asUser(user));
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    const QByteArray said = first.log();
+    QVERIFY2(said.contains("starting without the lock file"), said.constData());
+    QVERIFY2(!said.contains("gave up waiting"), said.constData());
+    Copy second(asUser(user));
+    QCOMPARE(second.ask("try"), QByteArray("refused"));
+    QCOMPARE(first.ask("end"), QByteArray("ended"));
+    QVERIFY(first.ends());
+    QCOMPARE(SystemVObjects::count(), 0);
+    QVERIFY(QDir(temporary->path()).entryList({"qipc_*"}, QDir::Files).isEmpty());
+}
+
+void TestRunGuard::namesInUseHinderNobody()
+{
+    QVERIFY(QDir().mkdir(markerPath()));
+    Copy first;
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    QVERIFY(QDir().rmdir(markerPath()));
+    Copy second;
+    QCOMPARE(second.ask("try"), QByteArray("refused"));
+    first.send("end");
+    QVERIFY(first.ends());
+    QCOMPARE(QDir(temporary->path()).entryList(QDir::Files), QStringList(lockFile()));
+    QCOMPARE(SystemVObjects::count(), 0);
+}
+
+void TestRunGuard::missingTemporaryDirectoryIsReplaced_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("user");
+    QTest::newRow("missing") << "missing" << QString();
+    QTest::newRow("a file") << "file" << QString();
+    QTest::newRow("write-protected") << "." << ordinaryUser;
+}
+
+void TestRunGuard::missingTemporaryDirectoryIsReplaced()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, user);
+    const QString key = theKey + QString::number(getpid());
+    if (const QByteArray reason = reasonAgainst({user}, "/tmp"); !reason.isEmpty())
+        QSKIP(reason.constData());
+    QFile file(temporary->path() + "/file");
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    qputenv("TMPDIR", QFile::encodeName(temporary->path() + '/' + name));
+    const QStringList ofTheRoot = QDir("/").entryList();
+    Copy first(asUser(user), key);
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    QVERIFY(first.log().contains("TMPDIR is no directory to write in, taking /tmp"));
+    QCOMPARE(QDir("/").entryList(), ofTheRoot);
+    qputenv("TMPDIR", "/tmp");
+    Copy second(asUser(user), key);
+    QCOMPARE(second.ask("try"), QByteArray("refused"));
+    QCOMPARE(first.ask("end"), QByteArray("ended"));
+    QVERIFY(QFile::remove("/tmp/" + lockFile(key)));
+}
+
+void TestRunGuard::cleanedKeyFilesAreMadeAnew_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<bool>("hasLock");
+    QTest::newRow("all files") << "*" << true;
+    QTest::newRow("the marker's") << "qipc_sharedmemory_*" << true;
+    QTest::newRow("the semaphores'") << "qipc_systemsem_*" << true;
+    QTest::newRow("all, no lock file") << "*" << false;
+}
+
+void TestRunGuard::cleanedKeyFilesAreMadeAnew()
+{
+    QFETCH(QString, pattern);
+    QFETCH(bool, hasLock);
+    if (!hasLock)
+        QVERIFY(QDir().mkdir(lockPath()));
+    const QDir directory(temporary->path());
+    Copy first;
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    const QStringList before = directory.entryList({"qipc_*"}, QDir::Files);
+    QCOMPARE(before.size(), 3);
+    for (int time = 0; time < 2; ++time) {
+        for (const QString& name : directory.entryList({pattern}, QDir::Files))
+            QVERIFY(QFile::remove(directory.filePath(name)));
+        QVERIFY(first.logs("key files are gone"));
+        QTRY_COMPARE(directory.entryList({"qipc_*"}, QDir::Files), before);
+        Copy second;
+        QTRY_COMPARE(second.ask("ask"), QByteArray("running"));
+        QCOMPARE(second.ask("try"), QByteArray("refused"));
+    }
+    QCOMPARE(first.ask("end"), QByteArray("ended"));
+    QVERIFY(first.ends());
+    QVERIFY(directory.entryList({"qipc_*"}, QDir::Files).isEmpty());
+    QCOMPARE(SystemVObjects::count(), 0);
+}
+
+void TestRunGuard::startWaitsForACopyThatIsQuitting_data()
+{
+    QTest::addColumn<QString>("holder");
+    QTest::addColumn<QString>("starter");
+    QTest::addColumn<bool>("isKilled");
+    QTest::newRow("one user") << QString() << QString() << false;
+    QTest::newRow("two users") << ordinaryUser << otherOrdinaryUser << false;
+    QTest::newRow("killed while it quits") << QString() << QString() << true;
+}
+
+void TestRunGuard::startWaitsForACopyThatIsQuitting()
+{
+    QFETCH(QString, holder);
+    QFETCH(QString, starter);
+    QFETCH(bool, isKilled);
+    openToOthers();
+    if (const QByteArray reason = reasonAgainst({holder, starter}, temporary->path());
+        !reason.isEmpty())
+        QSKIP(reason.constData());
+    Copy first(asUser(holder));
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    QCOMPARE(first.ask("quit"), QByteArray("quitting"));
+    Copy second(asUser(starter));
+    second.send("try");
+    QVERIFY(second.logs("waiting for the end of a copy that is quitting"));
+    if (isKilled)
+        first.killHard();
+    else
+        QCOMPARE(first.ask("end"), QByteArray("ended"));
+    QCOMPARE(second.answer(), QByteArray("won"));
+}
+
+void TestRunGuard::waitForAQuitIsBounded()
+{
+    constexpr int mostPolls = 3000 / 20 + 1;
+    Copy first;
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    QCOMPARE(first.ask("quit"), QByteArray("quitting"));
+    RunGuard guard(theKey);
+    SystemCalls::mainThreadSleeps = 0;
+    QVERIFY(!guard.tryToRun());
+    QVERIFY(SystemCalls::mainThreadSleeps > 1);
+    QVERIFY(SystemCalls::mainThreadSleeps <= mostPolls);
+}
+
+void TestRunGuard::copyThatRunsIsNotWaitedFor()
+{
+    Copy first;
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    RunGuard guard(theKey);
+    QVERIFY(!guard.tryToRun());
+    QCOMPARE(SystemCalls::mainThreadSleeps.load(), 0);
+    RunGuard::announceEnd(); // by one that holds nothing
+    QVERIFY(!guard.tryToRun());
+    QCOMPARE(SystemCalls::mainThreadSleeps.load(), 0);
+}
+
 void TestRunGuard::copyOfAnotherUserCounts_data()
 {
-    QTest::addColumn<QStringList>("holderPrefix");
-    QTest::addColumn<QStringList>("otherPrefix");
-    QTest::newRow("root looks") << asUser("65534") << QStringList();
-    QTest::newRow("root holds") << QStringList() << asUser("65534");
-    QTest::newRow("two ordinary users") << asUser("65534") << asUser("65533");
+    QTest::addColumn<QString>("holding");
+    QTest::addColumn<QString>("looking");
+    QTest::newRow("root looks") << ordinaryUser << QString();
+    QTest::newRow("root holds") << QString() << ordinaryUser;
+    QTest::newRow("two ordinary users") << ordinaryUser << otherOrdinaryUser;
 }
 
 void TestRunGuard::copyOfAnotherUserCounts()
 {
-    QFETCH(QStringList, holderPrefix);
-    QFETCH(QStringList, otherPrefix);
-    if (geteuid() != 0)
-        QSKIP("only root can start copies of other users");
-    chmod(QFile::encodeName(temporary->path()).constData(), openToAll);
-    for (const QStringList& prefix : {holderPrefix, otherPrefix}) {
-        if (!mayWrite(prefix, temporary->path()))
-            QSKIP("the build tree is closed to other users");
-    }
-    Copy holder(holderPrefix);
+    QFETCH(QString, holding);
+    QFETCH(QString, looking);
+    openToOthers();
+    if (const QByteArray reason =
+            reasonAgainst({ordinaryUser, otherOrdinaryUser}, temporary->path());
+        !reason.isEmpty())
+        QSKIP(reason.constData());
+    Copy holder(asUser(holding));
     QCOMPARE(holder.ask("try"), QByteArray("won"));
     {
-        Copy asking(otherPrefix);
+        Copy asking(asUser(looking));
         QCOMPARE(asking.ask("ask"), QByteArray("running"));
-        Copy other(otherPrefix);
+        Copy other(asUser(looking));
         QCOMPARE(other.ask("try"), QByteArray("refused"));
         QVERIFY(other.ends());
     }
     holder.send("end");
     QVERIFY(holder.ends());
-    Copy next(otherPrefix);
+    Copy next(asUser(looking));
     QCOMPARE(next.ask("try"), QByteArray("won"));
+}
+
+void TestRunGuard::leftOversOfAnotherUserAreNoCopy_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::newRow("killed while it ran") << 0;
+    QTest::newRow("killed at any moment") << 1;
+    QTest::newRow("killed in a step") << 2;
+}
+
+void TestRunGuard::leftOversOfAnotherUserAreNoCopy()
+{
+    QFETCH(int, kind);
+    openToOthers();
+    if (const QByteArray reason =
+            reasonAgainst({ordinaryUser, otherOrdinaryUser}, temporary->path());
+        !reason.isEmpty())
+        QSKIP(reason.constData());
+    leaveObjectsBehind(kind, ordinaryUser);
+    const int leftOver = SystemVObjects::count();
+    const QStringList files = QDir(temporary->path()).entryList({"qipc_*"}, QDir::Files);
+    {
+        Copy copy(asUser(otherOrdinaryUser));
+        QCOMPARE(copy.ask("ask"), QByteArray("free"));
+        QCOMPARE(copy.ask("try"), QByteArray("won"));
+        for (const QString& user : {ordinaryUser, otherOrdinaryUser, QString()}) {
+            Copy refused(asUser(user));
+            QCOMPARE(refused.ask("try"), QByteArray("refused"));
+        }
+        QCOMPARE(copy.ask("end"), QByteArray("ended"));
+    }
+    QCOMPARE(SystemVObjects::count(), leftOver);
+    QCOMPARE(QDir(temporary->path()).entryList({"qipc_*"}, QDir::Files), files);
+    Copy next(asUser(ordinaryUser));
+    QCOMPARE(next.ask("try"), QByteArray("won"));
+    QCOMPARE(next.ask("end"), QByteArray("ended"));
+    QVERIFY(next.ends());
+    QCOMPARE(SystemVObjects::count(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestRunGuard)

@@ -7,6 +7,7 @@
 #include "support/privatetmp.h"
 #include "support/signalcounter.h"
 #include "support/subjectprocess.h"
+#include "support/systemcalls.h"
 #include "support/threads.h"
 
 #include <QtTest>
@@ -48,6 +49,8 @@ private slots:
     void endsWhenTheUpdaterCrashed_data();
     void endsWhenTheUpdaterCrashed();
     void segmentTooSmallForAStateIsIgnored();
+    void stateIsReadUnderItsLock();
+    void looksOnceASecond();
     void deletedListenerDoesNotWaitForAStoppedUpdater();
     void canBeDeletedAtAnyMoment();
     void stoppingTheWorkersEndsIt(); // last: there is no way back
@@ -198,6 +201,38 @@ void TestUpdaterStateListener::segmentTooSmallForAStateIsIgnored()
     listener = std::make_unique<UpdaterStateListener>(theKey);
     QTRY_VERIFY_WITH_TIMEOUT(log->count(seenText) >= 2, patienceMs);
     QVERIFY(!workersHaveEnded());
+}
+
+void TestUpdaterStateListener::stateIsReadUnderItsLock()
+{
+    QSharedMemory segment(theKey);
+    QVERIFY(segment.create(4));
+    const int lock = semget(KeyFile::keyOf(KeyFile::semaphorePath(theKey)), 1, 0);
+    // Between its attaching and its reading the updater begins to write, and has not done yet.
+    log->hold(seenText);
+    listener = std::make_unique<UpdaterStateListener>(theKey);
+    QTRY_COMPARE_WITH_TIMEOUT(log->count(seenText), 1, patienceMs);
+    QVERIFY(segment.lock());
+    *static_cast<int*>(segment.data()) = 1;
+    log->release();
+    QTRY_VERIFY_WITH_TIMEOUT(
+        semctl(lock, 0, GETNCNT) == 1 || log->count("update is in progress") > 0, patienceMs);
+    *static_cast<int*>(segment.data()) = -1;
+    segment.unlock();
+    QTRY_VERIFY_WITH_TIMEOUT(workersHaveEnded(), patienceMs);
+    QCOMPARE(log->count("update is in progress"), 0);
+    QCOMPARE(log->count("updater has quit or will not need vireon to quit"), 1);
+}
+
+void TestUpdaterStateListener::looksOnceASecond()
+{
+    SystemCalls::reset();
+    listener = std::make_unique<UpdaterStateListener>(theKey);
+    QTRY_VERIFY_WITH_TIMEOUT(SystemCalls::longestPoll > 0, patienceMs);
+    QVERIFY(SystemCalls::longestPoll <= 1000);
+    updater = std::make_unique<Updater>();
+    QCOMPARE(updater->ask("make 4"), QByteArray("made"));
+    QTRY_VERIFY_WITH_TIMEOUT(log->count(seenText) > 0, patienceMs);
 }
 
 void TestUpdaterStateListener::deletedListenerDoesNotWaitForAStoppedUpdater()
