@@ -4,8 +4,6 @@ import hashlib
 
 import pytest
 
-from rig import wait_for
-
 GUARD = "no file, hence no lock|starting without the lock file"
 FIXED = ("Making a new instance of global settings", "Loading global settings from")
 
@@ -17,8 +15,7 @@ def test_lines_of_the_guard(install, rules, told):
     (app.temporary / f"runguard_{key}.lock").mkdir()
     app.allow("starting without the lock file")
     app.start()
-    # By then it has tried.
-    wait_for(app.windows, what="a window")
+    app.wait_until_shows("Started and ready")
     assert bool(app.log_count(GUARD)) == told
     for text in FIXED:
         assert app.log_count(text) == 1

@@ -8,7 +8,8 @@
 /**
  * What a test program asks of the kernel, seen and changed by the test: its own flock(),
  * nanosleep(), poll(), semop(), shmget(), shmat() and shmdt() stand before the C library's, for Qt
- * as well. For a test without a clock: calls are counted, and a wait is known by what was asked for.
+ * as well. For a test without a clock: calls are counted, and a wait is known by what was asked
+ * for.
  */
 struct SystemCalls
 {

@@ -19,7 +19,10 @@ public:
     }
 
     /// How many semaphores and segments there are that one of users() was the last to use.
-    static int count() { return forEach([](int) {}, [](int) {}); }
+    static int count()
+    {
+        return forEach([](int) {}, [](int) {});
+    }
 
     static void removeAll()
     {
