@@ -172,15 +172,10 @@ void RunGuard::clearStaleMarker(const FileLock& turn)
 
 bool RunGuard::createMarker(const FileLock& turn)
 {
-    if (!(turn.isHeld() && prepareMarker(key)) && !prepareMarker(ownKey(key, geteuid(), getpid())))
+    const bool isCreated =
+        (turn.isHeld() && createMarker(key)) || createMarker(ownKey(key, geteuid(), getpid()));
+    if (!isCreated)
         return false;
-    memLock->acquire();
-    holdsMarker = sharedMem->create(markerSize);
-    memLock->release();
-    if (!holdsMarker) {
-        detachMarker();
-        return false;
-    }
     holder = this;
     markerId = shmget(KeyFile::keyOf(sharedMem->nativeKey()), 0, 0);
     if (!watch) {
@@ -190,6 +185,18 @@ bool RunGuard::createMarker(const FileLock& turn)
     watch->watch({KeyFile::segmentPath(sharedmemKey), KeyFile::semaphorePath(memLockKey),
                   KeyFile::semaphorePath(sharedmemKey)});
     return true;
+}
+
+bool RunGuard::createMarker(QString const& variant)
+{
+    if (!prepareMarker(variant))
+        return false;
+    memLock->acquire();
+    holdsMarker = sharedMem->create(markerSize);
+    memLock->release();
+    if (!holdsMarker)
+        detachMarker();
+    return holdsMarker;
 }
 
 /// Makes the lock, and the key file of the marker's own. False when their names are of no use.

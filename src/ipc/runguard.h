@@ -69,6 +69,7 @@ private:
     void clearStaleMarker(const FileLock& turn);
     void awaitEndOfQuitting() const;
     bool createMarker(const FileLock& turn);
+    bool createMarker(QString const& variant);
     bool prepareLock(QString const& variant);
     bool prepareMarker(QString const& variant);
     void detachMarker();

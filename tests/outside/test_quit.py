@@ -1,6 +1,7 @@
 """Quitting, asked for by a signal."""
 
 import os
+import pathlib
 import signal
 import time
 
@@ -9,6 +10,18 @@ import pytest
 from rig import wait_for
 
 SILENT = "unwritten\n"
+
+
+def keys_in_use(kind):
+    """The keys of the machine's "shm" or "sem"."""
+    lines = pathlib.Path("/proc/sysvipc", kind).read_text().splitlines()[1:]
+    return {int(line.split()[0]) for line in lines}
+
+
+def key_of(path):
+    """The key that Qt makes from a file."""
+    state = path.stat()
+    return ord("Q") << 24 | (state.st_dev & 0xff) << 16 | state.st_ino & 0xffff
 
 
 @pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])
@@ -92,3 +105,34 @@ def test_interrupt_from_the_keyboard_ends_both(install, scenario, engine_first):
     assert app.log_count(r"Quit Vireon clicked") == 1
     assert app.log_count(r'starting "?\./vireon-main') <= 2
     assert app.log_count(r"status\s+-12") == 0
+
+
+@pytest.mark.parametrize("scenario", ["", SILENT, "on m ignore\nanswer m hang\n"],
+                         ids=["ready", "silent", "a tool hangs"])
+def test_hold_on_the_machine_ends_with_the_program(install, scenario):
+    app = install(scenario=scenario).start()
+    app.wait_until_shows("Starting up..." if scenario == SILENT else "Started and ready")
+    if scenario.startswith("on m"):
+        app.click("Manual Calibration")
+        wait_for(lambda: app.programs_running().get("vireon-sdk"), what="the tool")
+    key_files = list(app.temporary.glob("qipc_*"))
+    keys = {key_of(path) for path in key_files}
+    assert len(keys & keys_in_use("shm")) == 1 and len(keys & keys_in_use("sem")) == 2
+    assert app.quit() == 0
+    assert not keys & (keys_in_use("shm") | keys_in_use("sem"))
+    assert not list(app.temporary.glob("qipc_*"))
+
+
+def test_start_during_a_quit_waits_for_its_end(install):
+    first = install().start()
+    first.wait_until_shows("Started and ready")
+    first.signal(signal.SIGTERM)
+    wait_for(lambda: first.log_count(r"Quit Vireon clicked"), interval=0.005)
+    first.signal(signal.SIGSTOP)
+    second = install(home=first.home, environment={"TMPDIR": str(first.temporary)}).start()
+    wait_for(lambda: second.log_count("waiting for the end of a copy that is quitting"))
+    first.signal(signal.SIGCONT)
+    assert first.wait() == 0
+    second.wait_until_shows("Started and ready")
+    assert not second.shows("Vireon application is already running.")
+

@@ -159,18 +159,20 @@ void TestKeyFile::keyOfAnotherUsersObjectIsNotTaken()
     if (geteuid() != 0)
         QSKIP("only root can make objects of other users");
     const QString path = temporary->path() + "/key";
+    const QString segmentsPath = temporary->path() + "/other";
     const key_t used = plainKey(path);
+    const key_t usedBySegment = plainKey(segmentsPath);
     QVERIFY(seteuid(otherUser) == 0);
-    const int segment = shmget(used, 1, IPC_CREAT | 0600);
+    const int segment = shmget(usedBySegment, 1, IPC_CREAT | 0600);
     const int semaphore = semget(used, 1, IPC_CREAT | 0600);
     QVERIFY(seteuid(0) == 0);
     QVERIFY(segment >= 0 && semaphore >= 0);
     QVERIFY(KeyFile::prepareSemaphore(path));
     QVERIFY(KeyFile::keyOf(path) != used);
     QCOMPARE(semget(used, 0, 0), semaphore);
-    QVERIFY(KeyFile::prepareSegment(path));
-    QVERIFY(KeyFile::keyOf(path) != used);
-    QCOMPARE(shmget(used, 0, 0), segment);
+    QVERIFY(KeyFile::prepareSegment(segmentsPath));
+    QVERIFY(KeyFile::keyOf(segmentsPath) != usedBySegment);
+    QCOMPARE(shmget(usedBySegment, 0, 0), segment);
     QCOMPARE(semctl(semaphore, 0, IPC_RMID), 0);
     QCOMPARE(shmctl(segment, IPC_RMID, nullptr), 0);
 }

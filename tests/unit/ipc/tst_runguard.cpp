@@ -21,6 +21,7 @@ constexpr mode_t openToAll = 01777;
 
 const QString ordinaryUser = QStringLiteral("65534");
 const QString otherOrdinaryUser = QStringLiteral("65533");
+const QString thirdOrdinaryUser = QStringLiteral("65532");
 const QString lockFileMessage = QStringLiteral("vireon.guard: starting without the lock file");
 
 QString hashedKey(const char* salt, const QString& key = theKey)
@@ -126,6 +127,7 @@ private slots:
     void whatIsNoLockFileHindersNobody_data();
     void whatIsNoLockFileHindersNobody();
     void namesInUseHinderNobody();
+    void keyInUseByAnotherProgramHindersNobody();
     void missingTemporaryDirectoryIsReplaced_data();
     void missingTemporaryDirectoryIsReplaced();
     void cleanedKeyFilesAreMadeAnew_data();
@@ -351,6 +353,9 @@ void TestRunGuard::everyUseOfTheMarkerIsLocked()
     QCOMPARE(std::exchange(SystemCalls::trace, {}), drop);
     QVERIFY(guard.tryToRun());
     QCOMPARE(std::exchange(SystemCalls::trace, {}), look + take);
+    QVERIFY(QFile::remove(markerPath()));
+    QTRY_COMPARE(SystemCalls::trace, giveBack + take);
+    SystemCalls::trace.clear();
     guard.release();
     QCOMPARE(std::exchange(SystemCalls::trace, {}), giveBack);
 }
@@ -409,10 +414,11 @@ void TestRunGuard::exactlyOneOfManyWins()
         QSKIP(reason.constData());
     if (!hasLock)
         QVERIFY(QDir().mkdir(lockPath()));
+    const QStringList leaving = users.size() > 1 ? QStringList(thirdOrdinaryUser) + users : users;
     int ended = 0;
     for (int round = 0; round < repeats; ++round) {
         if (stale)
-            leaveObjectsBehind(hasLock ? round % 4 : round % 2, users[round / 4 % users.size()]);
+            leaveObjectsBehind(round % (hasLock ? 4 : 2), leaving[round / 4 % leaving.size()]);
         std::vector<std::unique_ptr<Copy>> copies(static_cast<size_t>(count));
         for (size_t index = 0; index < copies.size(); ++index)
             copies[index] = std::make_unique<Copy>(asUser(users[int(index) % users.size()]));
@@ -624,6 +630,23 @@ void TestRunGuard::namesInUseHinderNobody()
     QCOMPARE(SystemVObjects::count(), 0);
 }
 
+void TestRunGuard::keyInUseByAnotherProgramHindersNobody()
+{
+    QFile keyFile(markerPath());
+    QVERIFY(keyFile.open(QIODevice::WriteOnly));
+    const int segment = shmget(KeyFile::keyOf(markerPath()), 4, IPC_CREAT | 0600);
+    void* const memory = shmat(segment, nullptr, 0);
+    Copy first;
+    QCOMPARE(first.ask("ask"), QByteArray("free"));
+    QCOMPARE(first.ask("try"), QByteArray("won"));
+    Copy second;
+    QCOMPARE(second.ask("try"), QByteArray("refused"));
+    shmid_ds state = {};
+    QCOMPARE(shmctl(segment, IPC_STAT, &state), 0);
+    QCOMPARE(int(state.shm_nattch), 1);
+    shmdt(memory);
+}
+
 void TestRunGuard::missingTemporaryDirectoryIsReplaced_data()
 {
     QTest::addColumn<QString>("name");
@@ -657,17 +680,20 @@ void TestRunGuard::missingTemporaryDirectoryIsReplaced()
 
 void TestRunGuard::cleanedKeyFilesAreMadeAnew_data()
 {
-    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QStringList>("patterns");
     QTest::addColumn<bool>("hasLock");
-    QTest::newRow("all files") << "*" << true;
-    QTest::newRow("the marker's") << "qipc_sharedmemory_*" << true;
-    QTest::newRow("the semaphores'") << "qipc_systemsem_*" << true;
-    QTest::newRow("all, no lock file") << "*" << false;
+    const QString all = "*";
+    const QString marker = "qipc_sharedmemory_*";
+    const QString semaphores = "qipc_systemsem_*";
+    QTest::newRow("all files") << QStringList {all, all} << true;
+    QTest::newRow("the marker's") << QStringList {all, marker} << true;
+    QTest::newRow("the semaphores'") << QStringList {all, semaphores} << true;
+    QTest::newRow("all, no lock file") << QStringList {all, all} << false;
 }
 
 void TestRunGuard::cleanedKeyFilesAreMadeAnew()
 {
-    QFETCH(QString, pattern);
+    QFETCH(QStringList, patterns);
     QFETCH(bool, hasLock);
     if (!hasLock)
         QVERIFY(QDir().mkdir(lockPath()));
@@ -676,7 +702,7 @@ void TestRunGuard::cleanedKeyFilesAreMadeAnew()
     QCOMPARE(first.ask("try"), QByteArray("won"));
     const QStringList before = directory.entryList({"qipc_*"}, QDir::Files);
     QCOMPARE(before.size(), 3);
-    for (int time = 0; time < 2; ++time) {
+    for (const QString& pattern : patterns) {
         for (const QString& name : directory.entryList({pattern}, QDir::Files))
             QVERIFY(QFile::remove(directory.filePath(name)));
         QVERIFY(first.logs("key files are gone"));
