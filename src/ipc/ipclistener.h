@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ipc/mailboxfile.h"
+
 #include <QObject>
 
 #include <atomic>
@@ -18,6 +20,9 @@
  * not a command. The text is UTF-8 and at most the first 65536 characters of the line are read, so
  * that a file of any size costs the same: a command behind more blanks than that is not found. A
  * file whose first line is empty stays and is read again until it is filled.
+ *
+ * A command acts once: where the file cannot be deleted, it is passed over until it is written
+ * anew or replaced. A newer file that comes while one is being handled is not deleted with it.
  *
  * There is no queue: a sender that wants every command executed waits until the file is gone
  * before it writes the next one. Failures are never told to the sender.
@@ -52,8 +57,8 @@ public slots:
     void listenToFifos();
 
 private:
-    void drainLeftover(const QString& path);
-    void readCommand(const QString& path);
+    void drainLeftover(const QString& path, MailboxFile::Content& handled);
+    void readCommand(const QString& path, MailboxFile::Content& handled);
 
     static IpcListener* _instance;
 
