@@ -27,7 +27,8 @@ ExitListener::ExitListener(QObject* parent)
     , runGuard(std::make_shared<RunGuard>(GS::instance()->appName))
     , lifeline(std::make_shared<Lifeline>())
 {
-    WorkerThread::doWork(this, SLOT(listenToExit()), -1);
+    if (!WorkerThread::doWork(this, SLOT(listenToExit()), -1))
+        lifeline->begin();
 }
 
 ExitListener::~ExitListener()

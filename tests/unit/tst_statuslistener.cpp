@@ -2,6 +2,7 @@
 #include "engine/statuslistener.h"
 #include "settings/globalsettings.h"
 #include "support/logrecorder.h"
+#include "support/nonewthreads.h"
 #include "support/permissionchecks.h"
 
 #include <QtTest>
@@ -50,6 +51,7 @@ private slots:
     void injectedStatusIsOverriddenByTheNextChange();
     void firmwareSurvivesAProblem();
     void readersNeverRunSideBySide();
+    void readerWithoutAThreadIsNotWaitedFor();
     void missingFileIsLogged();
     void whatIsNoFileIsPassedOver_data();
     void whatIsNoFileIsPassedOver();
@@ -299,6 +301,28 @@ void TestStatusListener::readersNeverRunSideBySide()
     log->clear();
     QTRY_VERIFY_WITH_TIMEOUT(rounds().size() >= 4, patienceMs);
     QVERIFY(rounds().at(3).ms - rounds().at(0).ms >= 900);
+}
+
+void TestStatusListener::readerWithoutAThreadIsNotWaitedFor()
+{
+    QVERIFY(waitForEmptyRound()); // the reader has begun
+    log->clear();
+    const Reports reports(listener);
+    {
+        const NoNewThreads none;
+        listener->resetWithProblem();
+        // The first one's reader was there to be waited for; with a wait for the second one's this
+        // never returns.
+        listener->resetWithProblem();
+        listener->injectStatus(startStatus);
+    }
+    QCOMPARE(reports.values, (QVector<int> {-10, -10, startStatus}));
+    QCOMPARE(log->count(QStringLiteral("QThread::start: Thread creation error")), 3);
+    QCOMPARE(log->count(QStringLiteral("start reading status file")), 0);
+    // The next call reads again.
+    listener->injectStatus(startStatus);
+    QVERIFY(writeAndWaitUntilRead("Result=5\n"));
+    QCOMPARE(listener->currentStatus(), 5);
 }
 
 void TestStatusListener::missingFileIsLogged()
