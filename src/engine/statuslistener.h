@@ -15,7 +15,8 @@
  *
  * The controller's own verdicts go through injectStatus() and resetWithProblem(). Both replace the
  * reader by a new one and delete the file between the two, so that only what the engine writes
- * afterwards is seen; there is never more than one reader.
+ * afterwards is seen; there is never more than one reader. Where the system grants no thread for
+ * a new one, the file is not read until the next of these calls.
  */
 class StatusListener : public QObject
 {

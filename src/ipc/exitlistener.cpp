@@ -35,7 +35,8 @@ ExitListener::ExitListener(QObject* parent)
     , runGuard(guardOfTheApplication())
     , lifeline(std::make_shared<Lifeline>())
 {
-    WorkerThread::doWork(this, SLOT(listenToExit()), -1);
+    if (!WorkerThread::doWork(this, SLOT(listenToExit()), -1))
+        lifeline->begin();
 }
 
 ExitListener::~ExitListener()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ipc/mailboxfile.h"
+
 #include <QObject>
 
 #include <atomic>
@@ -15,6 +17,9 @@
  *
  * MailboxCommand tells the command file's format. A file that holds no command is deleted as well,
  * but one whose first line is empty stays and is read again until it is filled.
+ *
+ * A command acts once: where the file cannot be deleted, it is passed over until it is written
+ * anew or replaced. A newer file that comes while one is being handled is not deleted with it.
  *
  * There is no queue: a sender that wants every command executed waits until the file is gone
  * before it writes the next one. Failures are never told to the sender.
@@ -49,8 +54,8 @@ public slots:
     void listenToFifos();
 
 private:
-    void drainLeftover(const QString& path);
-    void readCommand(const QString& path);
+    void drainLeftover(const QString& path, MailboxFile::Content& handled);
+    void readCommand(const QString& path, MailboxFile::Content& handled);
 
     static IpcListener* _instance;
 

@@ -41,7 +41,8 @@ UpdaterStateListener::UpdaterStateListener(QString key)
     qDebug() << "update listener " << key;
     sharedMemory->setKey(key);
     keepListening = true;
-    WorkerThread::doWork(this, SLOT(listenToUpdateProcess()), -1);
+    if (!WorkerThread::doWork(this, SLOT(listenToUpdateProcess()), -1))
+        lifeline->begin();
 }
 
 UpdaterStateListener::~UpdaterStateListener()

@@ -1,6 +1,8 @@
 """Status files and engine output that no engine should produce, and what comes of them."""
 
 import os
+import pathlib
+import re
 import threading
 import time
 
@@ -64,6 +66,20 @@ def test_odd_status_file_does_no_harm(install, make):
         status.rmdir()
     put_in_place(status, READY)
     app.wait_until_shows(READY_TEXT)
+
+
+def test_endless_lines_in_the_settings_do_no_harm(install):
+    app = install()
+    app.data.mkdir()
+    for file in (app.data / "user.ini", app.programs / "config" / "vireon.conf"):
+        old = file.read_text() if file.exists() else ""
+        make_endless_line(file)
+        with open(file, "a") as longer:
+            longer.write("\n" + old.partition("\n")[2])
+    app.start()
+    app.wait_until_shows("Started and ready")
+    peak = re.search(r"VmHWM:\s+(\d+) kB", pathlib.Path(f"/proc/{app.pid}/status").read_text())
+    assert int(peak[1]) * 1024 < 1000 * MEGABYTE
 
 
 def test_status_file_rewritten_all_the_time(install):

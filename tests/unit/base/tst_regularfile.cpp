@@ -4,7 +4,9 @@
 
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,9 +31,20 @@ private slots:
     void followsLinks();
     void descriptorEndsWithTheFile();
     void childrenInheritNothing();
+    void renameLeavesWhatHasTheName_data();
+    void renameLeavesWhatHasTheName();
+    void createdFileHoldsAll();
+    void createdFileLeavesWhatHasTheName_data();
+    void createdFileLeavesWhatHasTheName();
+    void createdFileTakesAwayWhatAnEndLeft();
+    void createdFileFollowsDanglingLinks();
+    void nothingIsLeftOfAFileThatCannotBeCreated();
 
 private:
     QString path(const QString& name) const { return QDir(directory->path()).filePath(name); }
+    void addThingsInTheWay() const;
+    void putInTheWay(const QString& thing, const QString& name) const;
+    QStringList names() const;
 
     std::unique_ptr<QTemporaryDir> directory;
 };
@@ -196,6 +209,133 @@ void TestRegularFile::childrenInheritNothing()
     QFile file;
     QVERIFY(openRegularFile(file, path("file"), QIODevice::ReadOnly));
     QVERIFY(fcntl(file.handle(), F_GETFD) & FD_CLOEXEC);
+}
+
+/// What can have a name already.
+void TestRegularFile::addThingsInTheWay() const
+{
+    QTest::addColumn<QString>("thing");
+    for (const char* thing : {"file", "directory", "pipe", "dangling link", "link to itself"})
+        QTest::newRow(thing) << thing;
+}
+
+void TestRegularFile::putInTheWay(const QString& thing, const QString& name) const
+{
+    if (thing == "file")
+        writeFile(path(name), "old");
+    if (thing == "directory")
+        QVERIFY(QDir().mkdir(path(name)));
+    if (thing == "pipe")
+        QCOMPARE(mkfifo(QFile::encodeName(path(name)).constData(), 0600), 0);
+    if (thing == "dangling link")
+        QVERIFY(QFile::link("nowhere", path(name)));
+    if (thing == "link to itself")
+        QVERIFY(QFile::link(name, path(name)));
+}
+
+QStringList TestRegularFile::names() const
+{
+    return QDir(directory->path())
+        .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+void TestRegularFile::renameLeavesWhatHasTheName_data()
+{
+    addThingsInTheWay();
+    QTest::newRow("nothing") << "nothing";
+}
+
+void TestRegularFile::renameLeavesWhatHasTheName()
+{
+    QFETCH(QString, thing);
+    QVERIFY(writeFile(path("from"), "new"));
+    putInTheWay(thing, "to");
+    const bool isFree = thing == "nothing";
+    QCOMPARE(renameUnlessTaken(path("from"), path("to")), isFree);
+    QCOMPARE(names(), isFree ? QStringList("to") : QStringList({"from", "to"}));
+    QCOMPARE(contentOf(path(isFree ? "to" : "from")), QByteArray("new"));
+    if (thing == "file")
+        QCOMPARE(contentOf(path("to")), QByteArray("old"));
+}
+
+void TestRegularFile::createdFileHoldsAll()
+{
+    const QByteArray content("1\r\n\0x", 5);
+    QVERIFY(createRegularFile(path("file"), content));
+    QCOMPARE(contentOf(path("file")), content);
+    QCOMPARE(names(), QStringList("file"));
+    QFile other(path("other"));
+    QVERIFY(other.open(QIODevice::WriteOnly));
+    QCOMPARE(QFileInfo(path("file")).permissions(), QFileInfo(path("other")).permissions());
+}
+
+void TestRegularFile::createdFileLeavesWhatHasTheName_data()
+{
+    QTest::addColumn<QString>("thing");
+    for (const char* thing : {"file", "directory", "pipe", "link to itself"})
+        QTest::newRow(thing) << thing;
+}
+
+void TestRegularFile::createdFileLeavesWhatHasTheName()
+{
+    QFETCH(QString, thing);
+    putInTheWay(thing, "file");
+    struct stat before
+    {
+    };
+    struct stat after
+    {
+    };
+    QCOMPARE(lstat(QFile::encodeName(path("file")).constData(), &before), 0);
+    QVERIFY(!createRegularFile(path("file"), "new"));
+    QCOMPARE(lstat(QFile::encodeName(path("file")).constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
+    QCOMPARE(after.st_mode, before.st_mode);
+    QCOMPARE(after.st_size, before.st_size);
+    QCOMPARE(names(), QStringList("file"));
+}
+
+void TestRegularFile::createdFileTakesAwayWhatAnEndLeft()
+{
+    for (const char* thing : {"file", "pipe", "dangling link"}) {
+        putInTheWay(thing, "fresh.new");
+        QVERIFY2(createRegularFile(path("fresh"), "new"), thing);
+        QCOMPARE(contentOf(path("fresh")), QByteArray("new"));
+        QCOMPARE(names(), QStringList("fresh"));
+        QVERIFY(QFile::remove(path("fresh")));
+    }
+    putInTheWay("directory", "fresh.new");
+    QVERIFY(!createRegularFile(path("fresh"), "new"));
+    QCOMPARE(names(), QStringList("fresh.new"));
+}
+
+void TestRegularFile::createdFileFollowsDanglingLinks()
+{
+    QVERIFY(QDir().mkdir(path("dir")));
+    QVERIFY(QFile::link("dir/second", path("first")));
+    QVERIFY(QFile::link("target", path("dir/second")));
+    QVERIFY(createRegularFile(path("first"), "new"));
+    QVERIFY(QFileInfo(path("first")).isSymLink());
+    QVERIFY(!QFileInfo(path("dir/target")).isSymLink());
+    QCOMPARE(contentOf(path("dir/target")), QByteArray("new"));
+}
+
+void TestRegularFile::nothingIsLeftOfAFileThatCannotBeCreated()
+{
+    QVERIFY(!createRegularFile(path("missing/file"), "new"));
+    QVERIFY(writeFile(path("file"), "old"));
+    QVERIFY(!createRegularFile(path("file/file"), "new"));
+    // The file system is full after the first page.
+    const rlimit small {4096, RLIM_INFINITY};
+    rlimit usual {};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const auto usualHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const bool created = createRegularFile(path("large"), QByteArray(10000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, usualHandler);
+    QVERIFY(!created);
+    QCOMPARE(names(), QStringList("file"));
 }
 
 QTEST_GUILESS_MAIN(TestRegularFile)

@@ -1,5 +1,6 @@
 #include "base/workerthread.h"
 #include "support/logrecorder.h"
+#include "support/nonewthreads.h"
 #include "support/patience.h"
 #include "support/threads.h"
 
@@ -9,6 +10,36 @@
 
 #include <atomic>
 #include <thread>
+
+// A table of functions in Qt's core that it calls for tools which follow all objects.
+extern "C" Q_DECL_IMPORT quintptr qtHookData[];
+
+namespace {
+
+constexpr int objectMade = 3; // places in that table
+constexpr int objectGone = 4;
+
+std::atomic<int> livingObjects {0};
+
+/// Counts the objects of this process while it lives, on all threads.
+class ObjectCount
+{
+public:
+    ObjectCount()
+    {
+        livingObjects = 0;
+        qtHookData[objectMade] = reinterpret_cast<quintptr>(+[](QObject*) { ++livingObjects; });
+        qtHookData[objectGone] = reinterpret_cast<quintptr>(+[](QObject*) { --livingObjects; });
+    }
+
+    ~ObjectCount() { qtHookData[objectMade] = qtHookData[objectGone] = 0; }
+    ObjectCount(const ObjectCount&) = delete;
+    ObjectCount& operator=(const ObjectCount&) = delete;
+
+    static int surplus() { return livingObjects; }
+};
+
+} // namespace
 
 /// The slots that the tests let run.
 class Receiver : public QObject
@@ -54,6 +85,8 @@ class TestWorkerThread : public QObject
 
 private slots:
     void slotWithoutParametersRunsOnceAndAllIsDeleted();
+    void noObjectOutlivesItsThread();
+    void threadThatCannotBeStartedLeavesNothing();
     void slotGetsTheArgument();
     void twoCallsRunSideBySide();
     void unknownSlotOnlyWarns();
@@ -73,6 +106,38 @@ void TestWorkerThread::slotWithoutParametersRunsOnceAndAllIsDeleted()
     QCOMPARE(receiver.thread(), QThread::currentThread());
     QTRY_VERIFY_WITH_TIMEOUT(threadCount() <= threadsBefore, patienceMs);
     QVERIFY(WorkerThread::waitForAll(patienceMs));
+}
+
+void TestWorkerThread::noObjectOutlivesItsThread()
+{
+    Receiver receiver;
+    const ObjectCount count;
+    for (int i = 1; i <= 5; ++i) {
+        QVERIFY(WorkerThread::doWork(&receiver, SLOT(work()), -1));
+        QTRY_COMPARE(receiver.threadsEnded.load(), i);
+    }
+    QVERIFY(WorkerThread::waitForAll(20000));
+    QTRY_COMPARE(ObjectCount::surplus(), 0);
+}
+
+void TestWorkerThread::threadThatCannotBeStartedLeavesNothing()
+{
+    const int threadsBefore = threadCount();
+    Receiver receiver;
+    {
+        const ObjectCount count;
+        QTest::ignoreMessage(QtSystemMsg, QRegularExpression("Thread creation error"));
+        const NoNewThreads none;
+        QVERIFY(!WorkerThread::doWork(&receiver, SLOT(work()), -1));
+        QCOMPARE(ObjectCount::surplus(), 0);
+    }
+    QVERIFY(WorkerThread::waitForAll(0)); // nobody is waited for
+    QCoreApplication::processEvents();
+    QCOMPARE(receiver.runs.load(), 0);
+    QCOMPARE(threadCount(), threadsBefore);
+    // And the next one runs.
+    QVERIFY(WorkerThread::doWork(&receiver, SLOT(work()), -1));
+    QTRY_COMPARE(receiver.threadsEnded.load(), 1);
 }
 
 void TestWorkerThread::slotGetsTheArgument()
@@ -100,7 +165,7 @@ void TestWorkerThread::unknownSlotOnlyWarns()
     const int threadsBefore = threadCount();
     Receiver receiver;
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("No such slot.*noSuch")));
-    WorkerThread::doWork(&receiver, SLOT(noSuchSlot()), -1);
+    QVERIFY(!WorkerThread::doWork(&receiver, SLOT(noSuchSlot()), -1));
     QVERIFY(WorkerThread::waitForAll(patienceMs));
     QTRY_VERIFY_WITH_TIMEOUT(threadCount() <= threadsBefore, patienceMs);
 }

@@ -4,6 +4,7 @@
 #include "support/files.h"
 #include "support/logrecorder.h"
 #include "support/memory.h"
+#include "support/nonewthreads.h"
 #include "support/patience.h"
 #include "support/permissionchecks.h"
 
@@ -53,6 +54,7 @@ private slots:
     void injectedStatusIsOverriddenByTheNextChange();
     void firmwareSurvivesAProblem();
     void readersNeverRunSideBySide();
+    void readerWithoutAThreadIsNotWaitedFor();
     void missingFileIsLogged();
     void whatIsNoFileIsPassedOver_data();
     void whatIsNoFileIsPassedOver();
@@ -290,6 +292,28 @@ void TestStatusListener::readersNeverRunSideBySide()
     log->clear();
     QTRY_VERIFY_WITH_TIMEOUT(rounds().size() >= 4, patienceMs);
     QVERIFY(rounds().at(3).ms - rounds().at(0).ms >= 900);
+}
+
+void TestStatusListener::readerWithoutAThreadIsNotWaitedFor()
+{
+    QVERIFY(waitForEmptyRound()); // the reader has begun
+    log->clear();
+    const Reports reports(listener);
+    {
+        const NoNewThreads none;
+        listener->resetWithProblem();
+        // The first one's reader was there to be waited for; with a wait for the second one's this
+        // never returns.
+        listener->resetWithProblem();
+        listener->injectStatus(startStatus);
+    }
+    QCOMPARE(reports.values, (QVector<int> {-10, -10, startStatus}));
+    QCOMPARE(log->count(QStringLiteral("QThread::start: Thread creation error")), 3);
+    QCOMPARE(log->count(QStringLiteral("start reading status file")), 0);
+    // The next call reads again.
+    listener->injectStatus(startStatus);
+    QVERIFY(writeAndWaitUntilRead("Result=5\n"));
+    QCOMPARE(listener->currentStatus(), 5);
 }
 
 void TestStatusListener::missingFileIsLogged()

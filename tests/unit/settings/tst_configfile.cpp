@@ -1,5 +1,7 @@
 #include "settings/globalsettings.h"
 #include "support/files.h"
+#include "support/nodescriptors.h"
+#include "support/peakmemory.h"
 #include "support/permissionchecks.h"
 #include "support/settingsfields.h"
 
@@ -119,12 +121,18 @@ private slots:
     void carriageReturnsStayInTexts();
     void linesBeyondAreIgnored();
     void longLineIsOneLine();
+    void lineBeyondTheLimitIsCut();
+    void blanksBeyondTheLimitDoNotThrow();
+    void hugeLineCostsNothing();
     void nulByteEndsACopiedText();
     void pathsAreDerived();
     void missingFileGivesNull();
     void whatIsNoFileGivesNull_data();
     void whatIsNoFileGivesNull();
     void unreadableFileGivesNull();
+    void fileThatCannotBeOpenedGivesNull_data();
+    void fileThatCannotBeOpenedGivesNull();
+    void fileThatCannotBeReadIsOneEmptyLine();
     void brandForcesTouch_data();
     void brandForcesTouch();
     void cameraGeometryIsDerived_data();
@@ -510,6 +518,54 @@ void TestConfigFile::longLineIsOneLine()
     }
 }
 
+void TestConfigFile::lineBeyondTheLimitIsCut()
+{
+    constexpr int limit = 131072;
+    for (const int size : {limit - 1, limit, limit + 1, 2 * limit - 1, 2 * limit, 1000000}) {
+        QByteArrayList lines = shipped;
+        lines[1] = QByteArray(size, 'a');
+        const QByteArray kept(qMin(size, limit), 'a');
+        const std::unique_ptr<GS> settings = loadLines(lines);
+        QCOMPARE(settings->sensorConfPath, kept.toStdString());
+        QCOMPARE(settings->cameraWidth, 752);
+        QCOMPARE(settings->cameraHeight, 480);
+
+        const std::unique_ptr<GS> last = load("x=1\n" + lines[1]);
+        QCOMPARE(last->sensorConfPath, kept.toStdString());
+        QCOMPARE(last->cameraWidth, 752);
+    }
+}
+
+void TestConfigFile::blanksBeyondTheLimitDoNotThrow()
+{
+    constexpr int limit = 131072;
+    QVERIFY_EXCEPTION_THROWN(loadWith(1, "x=" + QByteArray(limit - 2, ' ')), std::out_of_range);
+    // What was cut off may have been a value.
+    for (const QByteArray& end : {QByteArray(), QByteArray("5")}) {
+        const std::unique_ptr<GS> settings = loadWith(4, "x=" + QByteArray(limit, ' ') + end);
+        QCOMPARE(settings->param04, 0);
+        QCOMPARE(settings->param05, 230);
+    }
+    QCOMPARE(loadWith(1, "x=a" + QByteArray(limit, ' '))->sensorConfPath, std::string("a"));
+}
+
+void TestConfigFile::hugeLineCostsNothing()
+{
+    const QString name = directory.filePath("huge.conf");
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write("x=a") == 3 && file.seek(Q_INT64_C(1200) << 20)); // sparse: NUL bytes
+    QVERIFY(file.write("\nx=b\nx=5") == 8);
+    file.close();
+    const PeakMemory memory;
+    const std::unique_ptr<GS> settings(GS::load(name));
+    QVERIFY2(memory.grownMb() < 30, "the whole line was read");
+    QVERIFY(QFile::remove(name));
+    QCOMPARE(settings->cyusbConfPath.substr(0, 2), std::string("a\0", 2));
+    QCOMPARE(settings->sensorConfPath, std::string("b"));
+    QCOMPARE(settings->cameraWidth, 5);
+}
+
 void TestConfigFile::nulByteEndsACopiedText()
 {
     const QByteArray value("ab\0cd", 5);
@@ -574,6 +630,49 @@ void TestConfigFile::unreadableFileGivesNull()
     }
     QVERIFY(QFile::remove(path));
     QCOMPARE(settings, nullptr);
+}
+
+void TestConfigFile::fileThatCannotBeOpenedGivesNull_data()
+{
+    QTest::addColumn<QString>("reason");
+    for (const char* reason :
+         {"link to itself", "name too long", "closed directory", "no descriptor"})
+        QTest::newRow(reason) << reason;
+}
+
+void TestConfigFile::fileThatCannotBeOpenedGivesNull()
+{
+    QFETCH(QString, reason);
+    load("x");
+    QString name = directory.filePath("vireon.conf");
+    std::unique_ptr<NoDescriptors> none;
+    if (reason == "link to itself") {
+        name = directory.filePath("loop");
+        QFile::link("loop", name);
+    } else if (reason == "name too long") {
+        name = directory.filePath(QString(300, 'x'));
+    } else if (reason == "closed directory") {
+        QVERIFY(QFile::setPermissions(directory.path(), QFile::WriteOwner));
+    } else {
+        none = std::make_unique<NoDescriptors>();
+    }
+    GS* settings = nullptr;
+    {
+        const PermissionChecks checked;
+        settings = GS::load(name);
+    }
+    QVERIFY(QFile::setPermissions(directory.path(), QFile::Permissions(0x7000)));
+    QCOMPARE(settings, nullptr);
+}
+
+void TestConfigFile::fileThatCannotBeReadIsOneEmptyLine()
+{
+    // It opens, and every read of its first page is an error.
+    const std::unique_ptr<GS> settings(GS::load("/proc/self/mem"));
+    QVERIFY(settings);
+    QCOMPARE(settings->cyusbConfPath, std::string());
+    QCOMPARE(settings->sensorConfPath, std::string("config/sensor.conf"));
+    QCOMPARE(settings->userIniPath, (settings->dataDir + "/user.ini").toStdString());
 }
 
 void TestConfigFile::brandForcesTouch_data()

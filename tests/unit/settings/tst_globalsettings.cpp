@@ -8,6 +8,8 @@
 #include <QtTest>
 
 #include <cmath>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -197,6 +199,8 @@ private slots:
     void freshObjectHoldsTheDefaults();
     void everyFieldIsCompared();
     void fieldsAreDeclaredInTheirOrder();
+    void noFieldIsUnknownHere();
+    void noFieldOfTheHeaderIsUnknownHere();
     void documentsDirEndsWithSlash();
     void missingDocumentsDirLeavesBareName();
     void resolutionChangeSetsTheScreenAlone();
@@ -235,6 +239,49 @@ void TestGlobalSettings::fieldsAreDeclaredInTheirOrder()
         QVERIFY2(field.offset > last, field.name.constData());
         last = field.offset;
     }
+}
+
+void TestGlobalSettings::noFieldIsUnknownHere()
+{
+    // From the base class to the end of the object nothing is left but what alignment leaves.
+    const auto aligned = [](std::ptrdiff_t offset, std::ptrdiff_t alignment) {
+        return (offset + alignment - 1) / alignment * alignment;
+    };
+    std::ptrdiff_t end = sizeof(QObject);
+    for (const SettingsField& field : settingsFields(GS())) {
+        QVERIFY2(field.offset == aligned(end, field.alignment), field.name.constData());
+        end = field.offset + field.size;
+    }
+    // The texts behind the fields of type "cstr".
+    using OwnedStrings = std::vector<std::unique_ptr<char[]>>;
+    end = aligned(end, alignof(OwnedStrings)) + std::ptrdiff_t(sizeof(OwnedStrings));
+    QCOMPARE(aligned(end, alignof(GS)), std::ptrdiff_t(sizeof(GS)));
+}
+
+void TestGlobalSettings::noFieldOfTheHeaderIsUnknownHere()
+{
+    // A flag may hide where alignment leaves room: what the header declares is compared too.
+    QFile header(VIREON_SOURCE_DIR "/src/settings/globalsettings.h");
+    QVERIFY(header.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(header.readAll());
+    const int begin = text.indexOf("    // Paths and names.");
+    const int end = text.indexOf("public slots:");
+    QVERIFY(begin > 0 && begin < end);
+    const QRegularExpression comment("^\\s*(//.*)?$");
+    const QRegularExpression field(
+        "^    [\\w:]+(?: char)?(?:<[^>]+>)?[*]? (\\w+)(?: = [^;]+| \\{[^;]*\\})?;( ///< .*)?$");
+    QByteArrayList names;
+    for (const QString& line : text.mid(begin, end - begin).split('\n')) {
+        if (comment.match(line).hasMatch())
+            continue;
+        const auto match = field.match(line);
+        QVERIFY2(match.hasMatch(), qPrintable("not understood: " + line));
+        names << match.captured(1).toLatin1();
+    }
+    QByteArrayList known;
+    for (const SettingsField& each : settingsFields(GS()))
+        known << each.name;
+    QCOMPARE(names, known);
 }
 
 void TestGlobalSettings::documentsDirEndsWithSlash()

@@ -1,14 +1,19 @@
 #include "settings/globalsettings.h"
 #include "support/files.h"
+#include "support/nodescriptors.h"
+#include "support/peakmemory.h"
 #include "support/permissionchecks.h"
 #include "support/settingsfields.h"
 
 #include <QtTest>
 
 #include <cmath>
+#include <csignal>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using Changes = QMap<QByteArray, QByteArray>;
@@ -26,6 +31,13 @@ struct WriteLog
 
 WriteLog writeLog;
 
+/// What is done at each write of a settings text, before it.
+void (*beforeSettingsWrite)() = nullptr;
+
+/// Whether the file of this name was there at a write.
+QString watchedName;
+bool watchedWasThere = false;
+
 } // namespace
 
 /// Stands before the C library's: the program's own writes pass through here.
@@ -41,6 +53,8 @@ extern "C" ssize_t write(int descriptor, const void* data, size_t size)
         writeLog.calls << QByteArray(static_cast<const char*>(data), int(size));
         writeLog.sizesBefore << status.st_size;
     }
+    if (beforeSettingsWrite && size >= 30 && static_cast<const char*>(data)[size - 1] == '\n')
+        beforeSettingsWrite();
     return real(descriptor, data, size);
 }
 
@@ -78,7 +92,12 @@ private slots:
     void whatIsNoFileIsAFirstStart_data();
     void whatIsNoFileIsAFirstStart();
     void unreadableFileIsAFirstStart();
+    void fileThatCannotBeOpenedIsAFirstStart_data();
+    void fileThatCannotBeOpenedIsAFirstStart();
+    void fileThatCannotBeReadSetsNothing();
     void fileThatEndsBeforeItsSizeIsRead();
+    void longLineIsCutAndOneLine();
+    void hugeLineCostsNothing();
 
     void savedTextIsExact();
     void savedNumbersHaveSixDigits_data();
@@ -88,6 +107,12 @@ private slots:
     void saveIsOneWriteOverTheOldText();
     void tailOfAnOlderTextIsIgnored();
     void saveCreatesTheFileButNoDirectory();
+    void firstSaveIsNeverSeenUnfinished();
+    void killedFirstSaveLeavesNoFile();
+    void firstSaveFollowsADanglingLink();
+    void saveToAPipeWritesNothing();
+    void saveToWhatCannotBeOpenedDoesNothing_data();
+    void saveToWhatCannotBeOpenedDoesNothing();
     void saveToWhatIsNoFileDoesNothing_data();
     void saveToWhatIsNoFileDoesNothing();
     void saveToReadOnlyFileDoesNothing();
@@ -102,6 +127,7 @@ private:
     QByteArray saved() const { return contentOf(file); }
     void load(GS& settings, const QByteArray& text) const;
     std::unique_ptr<GS> freshSettings() const;
+    void makeUnopenable(const QString& reason, GS& settings) const;
 
     QTemporaryDir directory;
     QString file;
@@ -124,6 +150,7 @@ void TestUserSettings::initTestCase()
 
 void TestUserSettings::init()
 {
+    QFile::setPermissions(path("closed"), QFile::Permissions(0x7777));
     file = path("user.ini");
     QFile::remove(file);
 }
@@ -445,6 +472,104 @@ void TestUserSettings::unreadableFileIsAFirstStart()
     QCOMPARE(settings->isTouch, 1);
 }
 
+void TestUserSettings::fileThatCannotBeOpenedIsAFirstStart_data()
+{
+    QTest::addColumn<QString>("reason");
+    for (const char* reason : {"link to itself", "name too long", "file as directory",
+                               "closed directory", "no descriptor", "write-only file"})
+        QTest::newRow(reason) << reason;
+}
+
+/// Makes the settings file one that cannot be opened; all but the descriptors.
+void TestUserSettings::makeUnopenable(const QString& reason, GS& settings) const
+{
+    write(file, "0\n7\n");
+    QString name = file;
+    if (reason == "link to itself") {
+        name = path("loop");
+        QFile::link("loop", name);
+    } else if (reason == "name too long") {
+        name = path(QString(300, 'x'));
+    } else if (reason == "file as directory") {
+        name += "/user.ini";
+    } else if (reason == "closed directory") {
+        QDir().mkdir(path("closed"));
+        QFile::setPermissions(path("closed"), QFile::Permissions(0x7777));
+        name = path("closed/user.ini");
+        write(name, "0\n7\n");
+        QFile::setPermissions(path("closed"), QFile::WriteOwner);
+    } else if (reason == "write-only file") {
+        QFile::setPermissions(file, QFile::WriteOwner | QFile::WriteOther);
+    }
+    settings.userIniPath = name.toStdString();
+}
+
+void TestUserSettings::fileThatCannotBeOpenedIsAFirstStart()
+{
+    QFETCH(QString, reason);
+    const auto settings = freshSettings();
+    settings->brand = 1;
+    makeUnopenable(reason, *settings);
+    {
+        const PermissionChecks checked;
+        std::unique_ptr<NoDescriptors> none;
+        if (reason == "no descriptor")
+            none = std::make_unique<NoDescriptors>();
+        settings->loadUserSettings();
+    }
+    QCOMPARE(settings->cpuState.load(), 0);
+    QCOMPARE(settings->isTouch, 1);
+    QCOMPARE(settings->profile, 0);
+}
+
+void TestUserSettings::fileThatCannotBeReadSetsNothing()
+{
+    // It opens, and every read of its first page is an error.
+    const auto settings = freshSettings();
+    settings->brand = 1;
+    settings->userIniPath = "/proc/self/mem";
+    settings->loadUserSettings();
+    QCOMPARE(settings->cpuState.load(), 2);
+    QCOMPARE(settings->isTouch, 1);
+    QCOMPARE(settings->profile, 0);
+}
+
+void TestUserSettings::longLineIsCutAndOneLine()
+{
+    // Around the limit, and around multiples of it.
+    for (const int size : {4094, 4095, 4096, 4097, 8191, 8192, 8193, 100000}) {
+        for (const char* lineEnd : {"\n", "\r\n"}) {
+            const auto settings = freshSettings();
+            load(*settings, "1\n" + QByteArray(size, ' ') + "4" + lineEnd + "0\n5" + lineEnd);
+            QCOMPARE(settings->profile, size < 4096 ? 4 : 0);
+            QCOMPARE(settings->autostart, false);
+            QCOMPARE(settings->singlePointerMode, 5);
+        }
+        const auto last = freshSettings();
+        load(*last, "0\n" + QByteArray(size, ' ') + "4");
+        const Changes expected =
+            size < 4096 ? Changes {{"isTouch", "0"}, {"profile", "4"}} : Changes {{"isTouch", "0"}};
+        QCOMPARE(settingsChanges(*freshSettings(), *last), expected);
+    }
+}
+
+void TestUserSettings::hugeLineCostsNothing()
+{
+    QFile huge(file);
+    QVERIFY(huge.open(QIODevice::WriteOnly));
+    QVERIFY(huge.write("1\n") == 2 && huge.seek(Q_INT64_C(1200) << 20)); // sparse: NUL bytes
+    QVERIFY(huge.write("\n0\n5\n") == 5);
+    huge.close();
+    const PeakMemory memory;
+    const auto settings = freshSettings();
+    settings->profile = 9;
+    settings->loadUserSettings();
+    QVERIFY2(memory.grownMb() < 30, "the whole line was read");
+    QCOMPARE(settings->profile, 0);
+    QCOMPARE(settings->autostart, false);
+    QCOMPARE(settings->singlePointerMode, 5);
+}
+
 void TestUserSettings::fileThatEndsBeforeItsSizeIsRead()
 {
     // The kernel's files claim a page and hold less.
@@ -566,6 +691,101 @@ void TestUserSettings::saveCreatesTheFileButNoDirectory()
     settings->userIniPath = path("missing/user.ini").toStdString();
     settings->saveUserSettings();
     QVERIFY(!QFileInfo::exists(path("missing")));
+}
+
+void TestUserSettings::firstSaveIsNeverSeenUnfinished()
+{
+    watchedName = file;
+    watchedWasThere = false;
+    static int writes = 0;
+    beforeSettingsWrite = [] {
+        ++writes;
+        watchedWasThere = watchedWasThere || QFileInfo::exists(watchedName);
+    };
+    freshSettings()->saveUserSettings();
+    beforeSettingsWrite = nullptr;
+    QCOMPARE(writes, 1);
+    QVERIFY2(!watchedWasThere, "an empty file was there");
+    QCOMPARE(saved(), defaultLines().join('\n') + '\n');
+    QCOMPARE(QFileInfo(file).permissions() & QFile::ReadOther, QFile::ReadOther);
+    QVERIFY(!QFileInfo::exists(file + ".new"));
+}
+
+void TestUserSettings::killedFirstSaveLeavesNoFile()
+{
+    const auto settings = freshSettings();
+    settings->brand = 1;
+    const pid_t child = fork();
+    if (child == 0) {
+        beforeSettingsWrite = [] { raise(SIGKILL); };
+        settings->saveUserSettings();
+        _exit(0);
+    }
+    int status = 0;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    QVERIFY(WIFSIGNALED(status));
+    QVERIFY(!QFileInfo::exists(file));
+    settings->loadUserSettings();
+    QCOMPARE(settings->cpuState.load(), 0); // still a first start
+
+    settings->saveUserSettings(); // whatever the killed one has left
+    QCOMPARE(saved().split('\n').at(4), QByteArray("0"));
+    const QStringList files = QDir(directory.path()).entryList({"user.ini*"}, QDir::Files);
+    QCOMPARE(files, QStringList("user.ini"));
+}
+
+void TestUserSettings::firstSaveFollowsADanglingLink()
+{
+    QVERIFY(QFile::link(path("linked.ini"), file));
+    freshSettings()->saveUserSettings();
+    QVERIFY(QFileInfo(file).isSymLink());
+    QCOMPARE(saved(), defaultLines().join('\n') + '\n');
+    QVERIFY(QFile::remove(path("linked.ini")));
+}
+
+void TestUserSettings::saveToAPipeWritesNothing()
+{
+    // With its other end open it could be written.
+    const QByteArray name = QFile::encodeName(file);
+    QCOMPARE(mkfifo(name.constData(), 0600), 0);
+    const int pipe = open(name.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    QVERIFY(pipe >= 0);
+    freshSettings()->saveUserSettings();
+    char byte = 0;
+    const ssize_t got = read(pipe, &byte, 1);
+    const int reason = errno;
+    close(pipe);
+    QCOMPARE(got, ssize_t(-1));
+    QCOMPARE(reason, EAGAIN);
+    struct stat status
+    {
+    };
+    QCOMPARE(lstat(name.constData(), &status), 0);
+    QVERIFY(S_ISFIFO(status.st_mode));
+}
+
+void TestUserSettings::saveToWhatCannotBeOpenedDoesNothing_data()
+{
+    fileThatCannotBeOpenedIsAFirstStart_data();
+}
+
+void TestUserSettings::saveToWhatCannotBeOpenedDoesNothing()
+{
+    QFETCH(QString, reason);
+    const auto settings = freshSettings();
+    makeUnopenable(reason, *settings);
+    QFile::setPermissions(directory.path(), QFile::Permissions(0x7777)); // for nobody, too
+    const QStringList before = QDir(directory.path()).entryList(QDir::AllEntries | QDir::System);
+    {
+        const PermissionChecks checked;
+        std::unique_ptr<NoDescriptors> none;
+        if (reason == "no descriptor")
+            none = std::make_unique<NoDescriptors>();
+        settings->saveUserSettings();
+    }
+    QCOMPARE(QDir(directory.path()).entryList(QDir::AllEntries | QDir::System), before);
+    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+    QCOMPARE(saved(), QByteArray("0\n7\n"));
 }
 
 void TestUserSettings::saveToWhatIsNoFileDoesNothing_data()
