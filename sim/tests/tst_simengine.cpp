@@ -126,7 +126,7 @@ void TestSimEngine::resetAbortsACalibration()
 {
     EngineRig rig;
     rig.setScenario("at 0 status 0\non m status 2\non m after 1 print \"x\"\n"
-                    "on m after 300 status 5\non 0 status -6\non 0 after 600 status 7");
+                    "on m after 2000 status 5\non 0 status -6\non 0 after 2500 status 7");
     RigProcess engine;
     QVERIFY(rig.startEngine(engine));
     QCOMPARE(rig.runTool({"m"}), 0);

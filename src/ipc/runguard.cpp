@@ -15,6 +15,8 @@
 
 #include <sys/shm.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -251,8 +253,13 @@ void RunGuard::abandonMarker()
     shmdt(sharedMem->constData());
     for (const QString& lock : {memLockKey, sharedmemKey})
         KeyFile::removeSemaphore(KeyFile::semaphorePath(lock));
-    static_cast<void>(memLock.release());
-    static_cast<void>(sharedMem.release());
+    struct Abandoned
+    {
+        std::unique_ptr<QSystemSemaphore> lock;
+        std::unique_ptr<QSharedMemory> marker;
+    };
+    static auto* const kept = new std::vector<Abandoned>; // never destroyed, like what it holds
+    kept->push_back({std::move(memLock), std::move(sharedMem)});
     forgetMarker();
 }
 

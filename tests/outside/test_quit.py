@@ -115,11 +115,12 @@ def test_hold_on_the_machine_ends_with_the_program(install, scenario):
     if scenario.startswith("on m"):
         app.click("Manual Calibration")
         wait_for(lambda: app.programs_running().get("vireon-sdk"), what="the tool")
-    key_files = list(app.temporary.glob("qipc_*"))
-    keys = {key_of(path) for path in key_files}
-    assert len(keys & keys_in_use("shm")) == 1 and len(keys & keys_in_use("sem")) == 2
+    held = {("shm" if "sharedmemory" in path.name else "sem", key_of(path))
+            for path in app.temporary.glob("qipc_*")}
+    assert [kind for kind, _ in sorted(held)] == ["sem", "sem", "shm"]
+    assert all(key in keys_in_use(kind) for kind, key in held)
     assert app.quit() == 0
-    assert not keys & (keys_in_use("shm") | keys_in_use("sem"))
+    assert not any(key in keys_in_use(kind) for kind, key in held)
     assert not list(app.temporary.glob("qipc_*"))
 
 

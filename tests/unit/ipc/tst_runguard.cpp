@@ -115,7 +115,9 @@ private slots:
 
     void exactlyOneOfManyWins_data();
     void exactlyOneOfManyWins();
+    void copiesStartWhileTheHolderQuits_data() { oneOrTwoUsers(); }
     void copiesStartWhileTheHolderQuits();
+    void nextCopyWinsAfterKillsAtRandom_data() { oneOrTwoUsers(); }
     void nextCopyWinsAfterKillsAtRandom();
     void nextCopyWinsAfterTheLockHolderWasKilled();
     void semaphoresLeftTakenAreFreed();
@@ -146,6 +148,7 @@ private slots:
 private:
     static void leaveObjectsBehind(int kind, const QString& user = {});
     void openToOthers() const;
+    static void oneOrTwoUsers();
 
     /// How often a copy in this process has said so; the log is forgotten.
     int timesWithoutLockFile() const
@@ -441,36 +444,57 @@ void TestRunGuard::exactlyOneOfManyWins()
     qInfo("%d rounds, one winner each; %d copies ended when told", repeats, ended);
 }
 
+void TestRunGuard::oneOrTwoUsers()
+{
+    QTest::addColumn<QString>("one");
+    QTest::addColumn<QString>("other");
+    QTest::newRow("one user") << QString() << QString();
+    QTest::newRow("two users") << ordinaryUser << otherOrdinaryUser;
+}
+
 void TestRunGuard::copiesStartWhileTheHolderQuits()
 {
-    for (int round = 0; round < rounds("GUARD_PAIRS", 10); ++round) {
-        Copy holder;
-        Copy second;
-        Copy third;
+    QFETCH(QString, one);
+    QFETCH(QString, other);
+    openToOthers();
+    if (const QByteArray reason = reasonAgainst({one, other}, temporary->path()); !reason.isEmpty())
+        QSKIP(reason.constData());
+    const int starts = rounds("GUARD_PAIRS", 10);
+    for (int round = 0; round < starts; ++round) {
+        Copy holder(asUser(one));
+        Copy second(asUser(other));
+        Copy third(asUser(one));
         QCOMPARE(holder.ask("try"), QByteArray("won"));
         holder.send("end");
         second.send("try");
         third.send("try");
         const QByteArrayList answers {second.answer(), third.answer()};
         QVERIFY(answers.count("won") <= 1);
+        QCOMPARE(answers.count("won") + answers.count("refused"), 2);
         second.send("end");
         third.send("end");
         QVERIFY(holder.ends() && second.ends() && third.ends());
     }
+    qInfo("%d rounds, never two winners", starts);
 }
 
 void TestRunGuard::nextCopyWinsAfterKillsAtRandom()
 {
+    QFETCH(QString, one);
+    QFETCH(QString, other);
+    openToOthers();
+    if (const QByteArray reason = reasonAgainst({one, other}, temporary->path()); !reason.isEmpty())
+        QSKIP(reason.constData());
     const int kills = rounds("GUARD_KILLS", 10);
     for (int round = 0; round < kills; ++round) {
-        Copy first;
-        Copy second;
+        Copy first(asUser(one));
+        Copy second(asUser(other));
         QCOMPARE(first.ask("spin"), QByteArray("spinning"));
         QCOMPARE(second.ask("spin"), QByteArray("spinning"));
         QTest::qSleep(QRandomGenerator::global()->bounded(1, 20));
         first.killHard();
         second.killHard();
-        Copy next;
+        Copy next(asUser(round % 2 == 0 ? one : other));
         QCOMPARE(next.ask("try"), QByteArray("won"));
         next.send("end");
         QVERIFY(next.ends());
