@@ -100,10 +100,9 @@ Rectangle {
         if (!finishedLoading)
             return;
         firstReport.hasCome = true;
-        tell(Status.report(status, mainwindow.brand()));
         isLoading = status === Status.calibrating;
-        if (isLoading)
-            loadingLimit.restart();
+        if (!isLoading)
+            tell(Status.report(status, mainwindow.brand()));
     }
     onButtonsDisabledChanged: console.log("buttons disabled: " + buttonsDisabled)
     onFinishedLoadingChanged: {
@@ -147,13 +146,14 @@ Rectangle {
         property int height: Screen.height
     }
 
-    // The tool's 30 s and as much again: an engine that says nothing must not leave the view
-    // loading for good.
+    // Of a loading that a button began, the tool's 30 s and as much again: an engine that says
+    // nothing must not leave the view loading for good. A calibration that the engine has reported
+    // takes as long as it takes.
     Timer {
         id: loadingLimit
 
         interval: 60000
-        running: root.isLoading
+        running: root.isLoading && root.status !== Status.calibrating
         onTriggered: {
             root.isLoading = false;
             root.tell(Status.lastActionFailed);

@@ -16,7 +16,8 @@ var reports = {
     "-6": notCalibrated,
     "-14": notCalibrated,
     "-12": { text: QT_TR_NOOP("A problem occured, please restart %1."), glyph: "\uf057", ready: false },
-    "-99": startingUp
+    "-99": startingUp,
+    "2": { ready: false } // calibrating: it shows that it is loading instead
 };
 var otherPositive = { text: QT_TR_NOOP("Started and ready"), glyph: "\uf058", ready: true };
 var otherNegative = { text: QT_TR_NOOP("A problem occured, please wait..."), glyph: "\uf252", ready: false };

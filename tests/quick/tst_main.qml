@@ -85,9 +85,14 @@ ViewTestCase {
         report(view, 0);
         report(view, 2);
         compare(view.isLoading, true);
+        compare(view.isReady, false);
         tryVerify(function() { return shownText(view, "Loading..."); });
         verify(!shownText(view, "Started and ready"));
         compare(view.buttonsDisabled, true);
+        compare(timer(60000).running, false, "a calibration takes as long as it takes");
+        report(view, 2);
+        compare(view.isLoading, true);
+        compare(timer(60000).running, false);
         report(view, -4);
         compare(view.isLoading, false);
         verify(shownText(view, "Calibration failed, please try again."));
@@ -101,6 +106,20 @@ ViewTestCase {
         report(view, 0);
         compare(view.isLoading, false);
         verify(shownText(view, "Started and ready"));
+    }
+
+    // As soon as the engine has taken over, it alone ends what a button began.
+    function test_engineTakesTheLoadingOver() {
+        report(view, 0);
+        view.isLoading = true;
+        compare(timer(60000).running, true);
+        report(view, 2);
+        compare(timer(60000).running, false);
+        report(view, 0);
+        compare(view.isLoading, false);
+        compare(view.isReady, true);
+        view.isLoading = true;
+        compare(timer(60000).running, true);
     }
 
     function test_loadingEndsByItself() {
