@@ -3,43 +3,23 @@ import QtQuick.Window 2.15
 import "theme.js" as Theme
 
 // Tells that the display's refresh rate is too low to write on, and shows what that looks like.
-Rectangle {
+Layer {
     id: root
 
     readonly property bool isPlaying: visible && Window.visibility !== Window.Hidden
 
     function show() {
         console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
-        if (visible)
-            return;
-        focusKeeper.raise(root);
-        visible = true;
-        okBtn.forceActiveFocus();
+        open();
     }
 
-    function hide() {
-        if (!visible)
-            return;
-        visible = false;
-        focusKeeper.giveBack();
-    }
-
-    visible: false
+    first: okBtn
     color: Theme.scrim
 
     Accessible.role: Accessible.Dialog
     Accessible.name: message.text
 
-    Keys.onEscapePressed: hide()
-
-    FocusKeeper {
-        id: focusKeeper
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-    }
+    onEscaped: close()
 
     Rectangle {
         id: popup
@@ -143,7 +123,7 @@ Rectangle {
 
             function click() {
                 console.log("Settings Button clicked");
-                root.hide();
+                root.close();
             }
 
             anchors { bottom: parent.bottom; bottomMargin: 10; right: parent.right; rightMargin: 20 }

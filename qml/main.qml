@@ -61,20 +61,13 @@ Rectangle {
     }
 
     function showPopUp() {
-        if (acPopUp.visible)
-            return;
-        acFocus.raise(acPopUp);
         hide();
-        acPopUp.visible = true;
-        manualBtn2.forceActiveFocus();
+        acPopUp.open();
     }
 
     function hidePopUp() {
-        if (!acPopUp.visible)
-            return;
-        acPopUp.visible = false;
+        acPopUp.close();
         show();
-        acFocus.giveBack();
     }
 
     function showFreqPopup() {
@@ -106,7 +99,7 @@ Rectangle {
     }
     onButtonsDisabledChanged: console.log("buttons disabled: " + buttonsDisabled)
     onFinishedLoadingChanged: {
-        mainRect.forceActiveFocus();
+        mainScope.forceActiveFocus();
         updateWindowTimer.restart();
     }
     onLogicalPixelDensityChanged: updateWindowTimer.restart()
@@ -160,8 +153,10 @@ Rectangle {
         }
     }
 
-    FocusKeeper {
-        id: acFocus
+    LayerStack {
+        id: layers
+
+        ground: mainScope
     }
 
     AdvicePopUp {
@@ -181,9 +176,10 @@ Rectangle {
         width: root.baseWidth
         height: root.baseHeight
         focus: true
-        enabled: mainRect.enabled
+        stack: layers
+        first: manualBtn2
 
-        Keys.onEscapePressed: leave()
+        onEscaped: leave()
 
         choice: Checkbox {
             id: dntShowMsg
@@ -210,7 +206,7 @@ Rectangle {
             id: manualBtn2
 
             btnText: qsTr("    Continue    ")
-            visible: acPopUp.visible
+            visible: acPopUp.isOpen
             nextTab: dntShowMsg
             prevTab: cancelBtn
             onSubmit: {
@@ -228,9 +224,8 @@ Rectangle {
         color: "transparent"
         visible: true
         focus: true
-        enabled: !aspectRatioWarning.visible && !freqWarning.visible
+        enabled: !layers.top || layers.top.parent === mainRect
 
-        KeyNavigation.tab: manualBtn
         Keys.onPressed: {
             if (event.key === Qt.Key_F && event.modifiers === Qt.ControlModifier) {
                 event.accepted = true;
@@ -253,97 +248,105 @@ Rectangle {
             anchors { top: parent.top; bottom: parent.bottom; left: parent.left }
             width: parent.width
             color: "transparent"
-            enabled: !settingsView.isOpen && !inputSelection.isOpen
+            enabled: !layers.top
             visible: anchors.leftMargin > -width
 
             Behavior on anchors.leftMargin {
                 NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
             }
 
-            VersionLabel {}
+            FocusScope {
+                id: mainScope
 
-            Column {
-                anchors.centerIn: parent
-                spacing: 25
+                anchors.fill: parent
+                focus: true
+                KeyNavigation.tab: manualBtn
 
-                StatusLine {
-                    id: statusLine
+                VersionLabel {}
 
-                    width: mainView.width
-                    glyph: Status.startingUp.glyph
+                Column {
+                    anchors.centerIn: parent
+                    spacing: 25
 
-                    LoadingIndicator {
-                        id: loadingIndicator
+                    StatusLine {
+                        id: statusLine
 
-                        anchors.centerIn: parent
-                    }
-                }
+                        width: mainView.width
+                        glyph: Status.startingUp.glyph
 
-                Row {
-                    id: btnRow
+                        LoadingIndicator {
+                            id: loadingIndicator
 
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    spacing: 10
-
-                    CButton {
-                        id: manualBtn
-
-                        icon: "\uf05b"
-                        btnText: qsTr("Manual Calibration")
-                        nextTab: calibrateTouchBtn
-                        prevTab: settingsBtn
-                        onSubmit: mainwindow.startManualCalibration()
-                    }
-
-                    CButton {
-                        id: calibrateTouchBtn
-
-                        icon: "\uf25a"
-                        btnText: qsTr("Touch Calibration")
-                        nextTab: autoBtn
-                        prevTab: manualBtn
-                        onSubmit: mainwindow.startTouchCalibration()
-                    }
-
-                    CButton {
-                        id: autoBtn
-
-                        icon: "\uf140"
-                        btnText: qsTr("Auto Calibration")
-                        nextTab: inputBtn
-                        prevTab: calibrateTouchBtn
-                        onSubmit: {
-                            if (acPopUp.isDisabled)
-                                mainwindow.startAutoCalibration();
-                            else
-                                root.showPopUp();
+                            anchors.centerIn: parent
                         }
                     }
-                }
 
-                Row {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    spacing: 20
+                    Row {
+                        id: btnRow
 
-                    CSelectionButton {
-                        id: inputBtn
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        spacing: 10
 
-                        text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
-                        isVisible: !mainwindow.stylusOnly()
-                        KeyNavigation.tab: settingsBtn
-                        KeyNavigation.backtab: autoBtn
-                        onClicked: inputSelection.show()
+                        CButton {
+                            id: manualBtn
+
+                            icon: "\uf05b"
+                            btnText: qsTr("Manual Calibration")
+                            nextTab: calibrateTouchBtn
+                            prevTab: settingsBtn
+                            onSubmit: mainwindow.startManualCalibration()
+                        }
+
+                        CButton {
+                            id: calibrateTouchBtn
+
+                            icon: "\uf25a"
+                            btnText: qsTr("Touch Calibration")
+                            nextTab: autoBtn
+                            prevTab: manualBtn
+                            onSubmit: mainwindow.startTouchCalibration()
+                        }
+
+                        CButton {
+                            id: autoBtn
+
+                            icon: "\uf140"
+                            btnText: qsTr("Auto Calibration")
+                            nextTab: inputBtn
+                            prevTab: calibrateTouchBtn
+                            onSubmit: {
+                                if (acPopUp.isDisabled)
+                                    mainwindow.startAutoCalibration();
+                                else
+                                    root.showPopUp();
+                            }
+                        }
                     }
 
-                    CSelectionButton {
-                        id: settingsBtn
+                    Row {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        spacing: 20
 
-                        isDisabled: false
-                        textIcon: "\uf013"
-                        text: qsTr("Settings")
-                        KeyNavigation.tab: manualBtn
-                        KeyNavigation.backtab: inputBtn
-                        onClicked: settingsView.show()
+                        CSelectionButton {
+                            id: inputBtn
+
+                            text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
+                            isVisible: !mainwindow.stylusOnly()
+                            KeyNavigation.tab: settingsBtn
+                            KeyNavigation.backtab: autoBtn
+                            onClicked: inputSelection.show()
+                        }
+
+                        CSelectionButton {
+                            id: settingsBtn
+
+                            isDisabled: false
+                            textIcon: "\uf013"
+                            text: qsTr("Settings")
+                            KeyNavigation.tab: manualBtn
+                            KeyNavigation.backtab: inputBtn
+                            onClicked: settingsView.show()
+                        }
                     }
                 }
             }
@@ -352,12 +355,14 @@ Rectangle {
         InputSelection {
             id: inputSelection
 
+            stack: layers
             onIsOpenChanged: isOpen ? mainView.hide() : mainView.show()
         }
 
         SettingsView {
             id: settingsView
 
+            stack: layers
             onIsOpenChanged: {
                 root.settingsVisible = isOpen;
                 isOpen ? mainView.hide() : mainView.show();
@@ -370,6 +375,7 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
+        stack: layers
     }
 
     FreqWarning {
@@ -377,5 +383,6 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
+        stack: layers
     }
 }

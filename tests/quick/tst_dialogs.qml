@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 
 // The dialogs and panels, in the main view that they belong to.
 ViewTestCase {
@@ -44,6 +45,110 @@ ViewTestCase {
     function focusedText() {
         var item = find(view, function(candidate) { return candidate.activeFocus && candidate.activeFocusOnTab; });
         return item ? item.Accessible.name : "";
+    }
+
+    // --- The keyboard -------------------------------------------------------------------------
+
+    // To another program's window, as far as the view can tell.
+    function leaveWindow() {
+        verify(keyboard.leave(testCase));
+        compare(testCase.Window.activeFocusItem, null);
+    }
+
+    function comeBack() {
+        verify(keyboard.comeBack(testCase));
+    }
+
+    function cleanupTestCase() {
+        comeBack();
+    }
+
+    // What opens over the main view, how, and where the keyboard begins.
+    readonly property var openings: [
+        { tag: "settings", open: function() { control(view, "Settings").click(); }, first: "Back" },
+        { tag: "input", open: function() { control(view, "Finger").click(); }, first: "Back" },
+        { tag: "advice", open: function() { control(view, "Auto Calibration").click(); }, first: "Continue" },
+        { tag: "ratio", open: function() { warnOfRatio(); }, first: "Ignore" }
+    ]
+
+    function test_topHasTheKeyboardAfterTheWindowWasLeft_data() {
+        return openings;
+    }
+
+    function test_topHasTheKeyboardAfterTheWindowWasLeft(row) {
+        row.open();
+        tryVerify(function() { return focusedText() === row.first; });
+        keyClick(Qt.Key_Tab);
+        var chosen = focusedText();
+        verify(chosen !== row.first);
+        leaveWindow();
+        view.showFreqPopup();
+        mouseClick(okButton());
+        comeBack();
+        compare(focusedText(), chosen);
+        keyClick(Qt.Key_Tab);
+        verify(focusedText() !== chosen && focusedText() !== "");
+        keyClick(Qt.Key_Escape);
+        tryVerify(function() { return isShown(control(view, "Manual Calibration")); });
+        compare(focusedText(), "");
+        keyClick(Qt.Key_Tab);
+        compare(focusedText(), "Manual Calibration");
+    }
+
+    function test_opensWhileTheWindowIsNotActive_data() {
+        return openings;
+    }
+
+    function test_opensWhileTheWindowIsNotActive(row) {
+        var before = control(view, "Touch Calibration");
+        before.forceActiveFocus();
+        leaveWindow();
+        row.open();
+        comeBack();
+        compare(focusedText(), row.first);
+        keyClick(Qt.Key_Escape);
+        verify(before.activeFocus);
+    }
+
+    function test_topHasTheKeyboardAfterTheWindowWasHidden() {
+        openings[0].open();
+        view.showFreqPopup();
+        var window = testCase.Window.window;
+        window.hide();
+        window.show();
+        comeBack();
+        compare(focusedText(), "OK");
+        keyClick(Qt.Key_Escape);
+        compare(focusedText(), "Back");
+    }
+
+    // Two warnings and what they cover: whichever is left, the keyboard is in what comes to light.
+    function test_keyboardFollowsTheOrderOfTheLayers() {
+        openings[0].open();
+        view.showFreqPopup();
+        warnOfRatio();
+        compare(focusedText(), "Ignore");
+        keyClick(Qt.Key_Escape);
+        compare(focusedText(), "OK");
+        keyClick(Qt.Key_Escape);
+        compare(focusedText(), "Back");
+    }
+
+    // A held Escape would else close what lies below, and answer it.
+    function test_heldEscapeClosesOneLayer_data() {
+        return openings;
+    }
+
+    function test_heldEscapeClosesOneLayer(row) {
+        row.open();
+        view.showFreqPopup();
+        mainwindow.calls = [];
+        keyPress(Qt.Key_Escape);
+        keyboard.repeat(view, Qt.Key_Escape);
+        keyboard.repeat(view, Qt.Key_Escape);
+        keyRelease(Qt.Key_Escape);
+        compare(focusedText(), row.first);
+        compare(mainwindow.calls.length, 0);
     }
 
     // --- Panels -------------------------------------------------------------------------------
@@ -240,8 +345,9 @@ ViewTestCase {
     // --- Rate warning -------------------------------------------------------------------------
 
     function okButton() {
-        return find(view, function(item) { return item.source !== undefined
-                                           && item.source.toString() === "qrc:///qml/okbtn.png"; });
+        var picture = find(view, function(item) { return item.source !== undefined
+                                                  && item.source.toString() === "qrc:///qml/okbtn.png"; });
+        return find(picture, function(item) { return item.activeFocusOnTab; });
     }
 
     function animations() {

@@ -364,8 +364,9 @@ ViewTestCase {
         compareValues(buttons, { height: 40, spacing: 100, "anchors.horizontalCenterOffset": 60 });
         compare(control(view, "    Continue    ").parent, buttons);
         checkVersionText(find(column.parent, function(item) { return item.text === "1.4.121"; }));
-        compareValues(column.parent, { width: view.baseWidth, height: 240 });
-        verify(Qt.colorEqual(column.parent.color, "transparent"));
+        var layer = column.parent.parent;
+        compareValues(layer, { width: view.baseWidth, height: 240 });
+        verify(Qt.colorEqual(layer.color, "transparent"));
     }
 
     // --- Advice before an auto calibration ----------------------------------------------------

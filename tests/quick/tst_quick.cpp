@@ -18,6 +18,7 @@
 #include <QSignalSpy>
 #include <QtQuickTest>
 #include <QTranslator>
+#include <QWindow>
 
 #include <cstdio>
 #include <unistd.h>
@@ -56,6 +57,25 @@ public:
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
         QCoreApplication::sendEvent(item->window(), &event);
     }
+
+    /// To a window of its own. False when the keyboard does not go there.
+    Q_INVOKABLE bool leave(QQuickItem* item)
+    {
+        other.reset(new QWindow);
+        other->show();
+        other->requestActivate();
+        return QTest::qWaitFor([&] { return !item->window()->isActive(); }, patienceMs);
+    }
+
+    Q_INVOKABLE bool comeBack(QQuickItem* item)
+    {
+        other.reset();
+        item->window()->requestActivate();
+        return QTest::qWaitFor([&] { return item->window()->isActive(); }, patienceMs);
+    }
+
+private:
+    QScopedPointer<QWindow> other;
 };
 
 /// What an item and its children look like.
