@@ -2,15 +2,16 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import "theme.js" as Theme
 
-// Tells that the display's refresh rate is too low to write on, and shows what that looks like.
+// Tells that the display's refresh rate is too low to write on, and shows what that looks like. The
+// animations are in memory only while it is open, one picture of each at a time.
 Layer {
     id: root
 
     readonly property bool isPlaying: visible && Window.visibility !== Window.Hidden
 
     function show() {
-        console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
         open();
+        console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
     }
 
     first: okBtn
@@ -44,9 +45,10 @@ Layer {
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     height: 80
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     playing: root.isPlaying
-                    source: "qrc:///qml/30hz.gif"
+                    source: root.isOpen ? "qrc:///qml/30hz.gif" : ""
                 }
 
                 Text {
@@ -70,9 +72,10 @@ Layer {
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     height: 80
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     playing: root.isPlaying
-                    source: "qrc:///qml/60hz.gif"
+                    source: root.isOpen ? "qrc:///qml/60hz.gif" : ""
                 }
 
                 Text {

@@ -367,6 +367,7 @@ ViewTestCase {
             compare(item.playing, true);
             compare(item.fillMode, Image.PreserveAspectFit);
             compare(item.status, AnimatedImage.Ready);
+            compare(item.cache, false, "all pictures at once take 70 MB");
         });
         ["Slow writing\nspeed at 30Hz", "Fast writing\nspeed at 60Hz",
          "To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more."
@@ -418,7 +419,10 @@ ViewTestCase {
         row.close();
         compare(isShown(okButton()), false);
         compare(testLog.takeLines().indexOf("Settings Button clicked") >= 0, row.logs);
-        animations().forEach(function(item) { compare(item.playing, false); });
+        animations().forEach(function(item) {
+            compare(item.playing, false);
+            compare(item.source.toString(), "", "nothing is kept of it");
+        });
         verify(before.activeFocus);
         compare(mainwindow.calls.length, 0);
     }

@@ -461,6 +461,23 @@ ViewTestCase {
 
     // --- Languages ----------------------------------------------------------------------------
 
+    // Words that mean something else elsewhere: the box is closed, not the program.
+    function test_wordsThatATeacherWouldUse_data() {
+        return [
+            { tag: "de, box", locale: "de_DE", context: "FirmwarePrompt", source: "Exit", text: "Schließen" },
+            { tag: "de, tray", locale: "de_DE", context: "QObject", source: "Exit", text: "Beenden" },
+            { tag: "ja, box", locale: "ja_JP", context: "FirmwarePrompt", source: "Exit", text: "閉じる" },
+            { tag: "ja, light", locale: "ja_JP", context: "status", source: "Light disturbance detected.", text: "外光の影響を検出しました。" },
+            { tag: "ja, 30 Hz", locale: "ja_JP", context: "FreqWarning", source: "Slow writing\nspeed at 30Hz", text: "30Hzでは筆記が\n遅れます" },
+            { tag: "ja, 60 Hz", locale: "ja_JP", context: "FreqWarning", source: "Fast writing\nspeed at 60Hz", text: "60Hzでは筆記が\n滑らかです" }
+        ];
+    }
+
+    function test_wordsThatATeacherWouldUse(row) {
+        verify(language.choose(row.locale));
+        compare(qsTranslate(row.context, row.source), row.text);
+    }
+
     function test_languages_data() {
         return [
             { tag: "de_DE", ready: "Gestartet und bereit", settings: "Einstellungen" },
