@@ -14,7 +14,7 @@ Layer {
         console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
     }
 
-    first: okBtn
+    first: okControl
     color: Theme.scrim
 
     Accessible.role: Accessible.Dialog
@@ -124,47 +124,24 @@ Layer {
         Image {
             id: okBtn
 
-            function click() {
-                console.log("Settings Button clicked");
-                root.close();
-            }
-
             anchors { bottom: parent.bottom; bottomMargin: 10; right: parent.right; rightMargin: 20 }
             width: 80
             height: 35
             source: "qrc:///qml/okbtn.png"
-            activeFocusOnTab: true
 
-            Accessible.role: Accessible.Button
-            Accessible.name: qsTr("OK")
-            Accessible.focusable: true
-            Accessible.onPressAction: click()
-
-            KeyNavigation.tab: okBtn
-            KeyNavigation.backtab: okBtn
-            Keys.onReturnPressed: click()
-            Keys.onEnterPressed: click()
-            Keys.onSpacePressed: click()
-
-            Rectangle {
-                anchors.fill: parent
-                radius: 3
-                color: okMouse.pressed ? Theme.shade : "transparent"
-                opacity: okMouse.pressed ? 0.3 : 1
-                border.width: 1
-                border.color: Theme.outline
-                visible: okMouse.containsMouse
-            }
-
-            MouseArea {
-                id: okMouse
+            CButton {
+                id: okControl
 
                 anchors.fill: parent
-                hoverEnabled: true
-                onClicked: okBtn.click()
+                isDisabled: false
+                btnText: qsTr("OK")
+                nextTab: okControl
+                prevTab: okControl
+                onSubmit: {
+                    console.log("Settings Button clicked");
+                    root.close();
+                }
             }
-
-            FocusRing {}
         }
     }
 }

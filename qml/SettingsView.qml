@@ -49,10 +49,11 @@ SelectionView {
 
                 anchors.fill: parent
                 hoverEnabled: true
+                onPressed: isKeepACpuRunningBtn.forgetKeyboard()
                 acceptedButtons: Qt.LeftButton | Qt.RightButton
                 onClicked: {
                     if (mouse.button === Qt.LeftButton)
-                        isKeepACpuRunningBtn.submit();
+                        isKeepACpuRunningBtn.click();
                 }
             }
 
@@ -63,7 +64,7 @@ SelectionView {
                 width: 300
                 height: 96
                 source: "qrc:///qml/tooltip2.png"
-                opacity: mouseArea.containsMouse || isKeepACpuRunningBtn.activeFocus ? 1 : 0
+                opacity: mouseArea.containsMouse ? 1 : 0
                 visible: opacity > 0
 
                 Behavior on opacity {

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import "keyboard.js" as Keyboard
 import "status.js" as Status
 import "theme.js" as Theme
 
@@ -261,6 +262,11 @@ Rectangle {
                 anchors.fill: parent
                 focus: true
                 KeyNavigation.tab: manualBtn
+                // It has the keyboard until the first Tab.
+                Keys.onShortcutOverride: {
+                    Keyboard.isUsed = true;
+                    event.accepted = false;
+                }
 
                 VersionLabel {}
 
