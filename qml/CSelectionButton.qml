@@ -77,6 +77,7 @@ Pressable {
         Text {
             id: label
 
+            visible: !root.isLeft || !root.showDirection || text.trim() !== ""
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text
             font.family: fontfamily

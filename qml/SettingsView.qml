@@ -13,7 +13,6 @@ SelectionView {
         // The marks stand at the same edge as the buttons; what shows the hover reaches beyond it.
         readonly property int boxMargin: 10
 
-        bottomPadding: 20 // room for the tooltip
         spacing: 5
 
         Checkbox {
@@ -60,7 +59,8 @@ SelectionView {
             Image {
                 id: tooltip
 
-                anchors { top: parent.bottom; topMargin: -5 }
+                // Where nothing can be pressed.
+                anchors { left: parent.right; bottom: parent.bottom; bottomMargin: -5 }
                 width: 300
                 height: 96
                 source: "qrc:///qml/tooltip2.png"
@@ -74,7 +74,7 @@ SelectionView {
                 Text {
                     id: explanation
 
-                    anchors { fill: parent; topMargin: 17; bottomMargin: 8; leftMargin: 15; rightMargin: 15 }
+                    anchors { fill: parent; topMargin: 8; bottomMargin: 8; leftMargin: 22; rightMargin: 15 }
                     verticalAlignment: Text.AlignVCenter
                     wrapMode: Text.WordWrap
                     color: Theme.text

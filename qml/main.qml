@@ -86,6 +86,7 @@ Rectangle {
     function tell(report) {
         statusText = textOf(report.text);
         statusLine.glyph = report.glyph;
+        statusLine.tone = report.tone;
     }
 
     // Called for every report, also for one that equals the last. What is written before the
@@ -336,6 +337,7 @@ Rectangle {
                         CSelectionButton {
                             id: inputBtn
 
+                            textIcon: root.isTouch ? "\uf25a" : "\uf040"
                             text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
                             isVisible: !mainwindow.stylusOnly()
                             KeyNavigation.tab: settingsBtn

@@ -567,9 +567,39 @@ ViewTestCase {
                                 "parent.height": 40 });
         compareValues(glyph, { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome" });
         verify(glyph.x + glyph.width <= status.x + (status.width - status.contentWidth) / 2);
-        isReady = true;
-        verify(Qt.colorEqual(glyph.color, "#0091f8"));
+        ["good", "warning", "failure"].forEach(function(tone, index) {
+            item.tone = tone;
+            verify(Qt.colorEqual(glyph.color, ["#0091f8", "#ffc14d", "#ff8a80"][index]), tone);
+        });
         verify(Qt.colorEqual(status.color, "white"));
+    }
+
+    function test_statusLineIsCentredAsAPair_data() {
+        return [
+            { tag: "1", text: "Started and ready" },
+            { tag: "2", text: "Not connected.<br>Please connect the USB cable." },
+            { tag: "3", text: "Not connected.<br>Please connect the USB cable and check the box<br>to enable it" }
+        ];
+    }
+
+    function test_statusLineIsCentredAsAPair(row) {
+        statusText = row.text;
+        var item = create("StatusLine", { width: 680, glyph: "\uf058" });
+        var status = textItem(item, row.text);
+        var glyph = textItem(item, "\uf058");
+        var right = status.x + (status.width + status.contentWidth) / 2;
+        verify(Math.abs(glyph.x + right - item.width) <= 2, glyph.x + " " + right);
+        var bottom = status.y + (status.height + status.contentHeight) / 2;
+        var leading = status.contentHeight / status.lineCount / 6;
+        verify(Math.abs(bottom - leading - item.height - 4) <= 1, bottom);
+        verify(Math.abs(glyph.y + glyph.height / 2 - status.y - status.height / 2) <= 1);
+    }
+
+    function test_chevronAloneIsInTheMiddle() {
+        var item = create("CSelectionButton", { text: "   ", isLeft: true });
+        wait(20);
+        var chevron = textItem(item, "\uf053");
+        verify(Math.abs(chevron.mapToItem(item, chevron.width / 2, 0).x - item.width / 2) <= 1);
     }
 
     function test_statusLineReadsAsOneSentence() {

@@ -260,9 +260,9 @@ ViewTestCase {
     }
 
     function test_inputModeIsShown() {
-        verify(button("Finger"));
+        verify(glyphs(button("Finger")).indexOf("\uf25a") >= 0);
         view.isTouch = false;
-        verify(button("Stylus"));
+        verify(glyphs(button("Stylus")).indexOf("\uf040") >= 0);
         compare(glyphs(button("Settings")).length, 2);
         verify(glyphs(button("Settings")).indexOf("\uf013") >= 0);
     }
@@ -311,9 +311,9 @@ ViewTestCase {
     function test_stateIsShownByAGlyphToo_data() {
         return [
             { tag: "ready", code: 0, glyph: "\uf058", color: "#0091f8" },
-            { tag: "not connected", code: -1, glyph: "\uf1e6", color: "white" },
-            { tag: "given up", code: -12, glyph: "\uf057", color: "white" },
-            { tag: "calibration failed", code: -4, glyph: "\uf071", color: "#0091f8" }
+            { tag: "not connected", code: -1, glyph: "\uf1e6", color: "#ffc14d" },
+            { tag: "given up", code: -12, glyph: "\uf057", color: "#ff8a80" },
+            { tag: "calibration failed", code: -4, glyph: "\uf071", color: "#ff8a80" }
         ];
     }
 
@@ -326,6 +326,16 @@ ViewTestCase {
         verify(glyph.font.pixelSize >= 28, "it can be seen from afar");
         view.isLoading = true;
         compare(glyph.visible, false);
+    }
+
+    // Blue and the check mark are for the good alone.
+    function test_goodAndBadLookDifferent() {
+        [-1, -2, -3, -4, -5, -6, -14, -10, -12].forEach(function(code) {
+            report(view, code);
+            verify(!shownText(view, "\uf058"), code);
+            var glyph = find(view, function(item) { return item.font !== undefined && item.font.pixelSize === 32; });
+            verify(!Qt.colorEqual(glyph.color, "#0091f8") && !Qt.colorEqual(glyph.color, "white"), code);
+        });
     }
 
     function test_versionIsTheSameInBothPlaces() {

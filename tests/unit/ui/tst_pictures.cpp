@@ -302,7 +302,7 @@ void TestPictures::shadowIsSymmetricAndFadesOut()
 void TestPictures::tooltipLeavesItsAreaPlain()
 {
     const QImage bubble(":/qml/tooltip2.png");
-    const QRect textArea(16, 36, 568, 140);
+    const QRect textArea(30, 16, 554, 160);
     const QRgb surface = bubble.pixel(textArea.center());
     for (int y = textArea.top(); y <= textArea.bottom(); ++y)
         for (int x = textArea.left(); x <= textArea.right(); ++x)
