@@ -61,7 +61,7 @@ SelectionView {
 
                 // Where nothing can be pressed.
                 anchors { left: parent.right; bottom: parent.bottom; bottomMargin: -5 }
-                width: 300
+                width: 240
                 height: 96
                 source: "qrc:///qml/tooltip2.png"
                 opacity: mouseArea.containsMouse ? 1 : 0

@@ -430,6 +430,37 @@ ViewTestCase {
         compare(mainwindow.calls.length, 0);
     }
 
+    MouseArea {
+        id: below
+
+        width: 680
+        height: 240
+        acceptedButtons: Qt.AllButtons
+    }
+
+    function test_layersDoNotLetTheMouseThrough_data() {
+        return [{ tag: "AspectRatioWarningView" }, { tag: "FreqWarning" }, { tag: "AdvicePopUp" }];
+    }
+
+    function test_layersDoNotLetTheMouseThrough(row) {
+        view.destroy();
+        wait(20);
+        var clicks = listen(below, "clicked");
+        mouseClick(below, 3, 3);
+        compare(clicks.count, 1);
+        var layer = create(row.tag, { width: 680, height: 240, visible: true, z: 5 });
+        mouseClick(below, 3, 3);
+        mouseClick(below, 3, 3, Qt.RightButton);
+        compare(clicks.count, 1);
+    }
+
+    function test_scrim() {
+        view.showFreqPopup();
+        var warning = find(view, function(item) { return item.isPlaying !== undefined; });
+        verify(Qt.colorEqual(warning.color, "#121a23"));
+        compareValues(warning, { width: view.baseWidth, height: 240 });
+    }
+
     function test_warningsSwallowWhatIsBelow() {
         view.showFreqPopup();
         var button = find(view, function(item) { return item.btnText === "Manual Calibration"; });

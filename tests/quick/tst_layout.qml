@@ -199,8 +199,10 @@ ViewTestCase {
         var tooltip = find(view, function(item) {
             return item.source && item.source.toString().indexOf("tooltip2") >= 0;
         });
-        if (tooltip && isShown(tooltip))
+        if (tooltip && isShown(tooltip)) {
             all = all.filter(function(item) { return item.parent !== tooltip; }).concat(tooltip);
+            verify(box(tooltip).right <= view.baseWidth, describe(tooltip));
+        }
         for (var i = 0; i < all.length; ++i) {
             for (var j = i + 1; j < all.length; ++j) {
                 var a = box(all[i]);

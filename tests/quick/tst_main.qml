@@ -206,6 +206,65 @@ ViewTestCase {
         compare(typeof fresh.windowClosing, "function");
     }
 
+    function test_declaredTypes() {
+        var fresh = create("main");
+        ["baseWidth", "baseHeight", "margin", "markerMargin", "status"].forEach(function(name) {
+            fresh[name] = 7.25;
+            compare(fresh[name], 7, name + " is an int");
+        });
+        ["basePixelDensity", "logicalPixelDensity", "factor"].forEach(function(name) {
+            fresh[name] = 7.25;
+            compare(fresh[name], 7.25, name + " is a real");
+        });
+        ["finishedLoading", "isLoading", "isTouch", "buttonsDisabled", "isGreaterEqualsWin8",
+         "aspectRatioWarningShown", "isReady", "settingsVisible", "isAutoStart", "isKeepACpuRunning",
+         "pauseCalib"].forEach(function(name) {
+            fresh[name] = 7;
+            compare(fresh[name], true, name + " is a bool");
+        });
+        ["fontfamily", "loadingText", "versionText", "statusText"].forEach(function(name) {
+            fresh[name] = 7;
+            compare(fresh[name], "7", name + " is a string");
+        });
+        testLog.takeLines();
+    }
+
+    // As wide as the language needs it; the labels are wider only in a wide font.
+    function test_widthOfEachLanguage_data() {
+        return [
+            { tag: "ja_JP", width: 720 },
+            { tag: "en_US", width: 680 },
+            { tag: "de_DE", width: 680 }
+        ];
+    }
+
+    function test_widthOfEachLanguage(row) {
+        verify(language.choose(row.tag));
+        view.destroy();
+        view = createMain();
+        findAll(view, function(item) { return item.btnText !== undefined; }).forEach(function(item) {
+            item.btnText = "";
+        });
+        tryCompare(view, "baseWidth", row.width);
+    }
+
+    function test_ids() {
+        var ids = [];
+        findAll(view, function() { return true; }).forEach(function(item) {
+            ids = ids.concat(source.idsOf(item));
+        });
+        ["root", "acPopUp", "dntShowMsg", "manualBtn2", "mainRect", "mainView", "loadingIndicator",
+         "btnRow", "manualBtn", "calibrateTouchBtn", "autoBtn", "inputSelection", "settingsView",
+         "aspectRatioWarning", "freqWarning", "loader", "titlebar", "isAutoStartBtn",
+         "isKeepACpuRunningBtn", "mouseArea", "tooltip", "sensorViewerBtnRow", "sensorViewerBtn",
+         "sensorViewerBtn2", "calibCorrection", "fingerRadio", "stylusRadio", "popup", "thirtyHz",
+         "sixtyHz", "name", "okBtn", "firstScreen", "graphicsSettingsScreen", "btnRow2", "btn",
+         "overlay", "whiteHover", "iconLeft", "buttonContent", "btnText", "buttonMouse", "box",
+         "toolTip", "toolTipRectangle", "toolTipText"].forEach(function(id) {
+            verify(ids.indexOf(id) >= 0, id);
+        });
+    }
+
     function test_functionsInTheirOrder() {
         var names = Object.keys(view).filter(function(name) { return typeof view[name] === "function"; });
         var wanted = ["checkAspectRatio", "show", "hide", "showPopUp", "hidePopUp", "showFreqPopup", "disableAcPopUp"];

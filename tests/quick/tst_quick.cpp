@@ -78,6 +78,23 @@ private:
     QScopedPointer<QWindow> other;
 };
 
+/// What a view's source declares and its items do not tell.
+class Source : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The ids of an item: in its own file, and in the files that use that one.
+    Q_INVOKABLE QStringList idsOf(QObject* item) const
+    {
+        QStringList ids;
+        for (const QQmlContext* context = qmlContext(item); context;
+             context = context->parentContext())
+            ids += context->nameForObject(item);
+        return ids;
+    }
+};
+
 /// What an item and its children look like.
 class Picture : public QObject
 {
@@ -167,6 +184,7 @@ public slots:
         context->setContextProperty(QStringLiteral("language"), &language);
         context->setContextProperty(QStringLiteral("keyboard"), &keyboard);
         context->setContextProperty(QStringLiteral("camera"), &camera);
+        context->setContextProperty(QStringLiteral("source"), &source);
         context->setContextProperty(QStringLiteral("testLog"), &log);
         context->setContextProperty(QStringLiteral("sheetFolder"),
                                     qEnvironmentVariable("VIREON_SHEET"));
@@ -178,6 +196,7 @@ private:
     Language language;
     Keyboard keyboard;
     Camera camera;
+    Source source;
     TestLog log;
 };
 

@@ -133,7 +133,7 @@ void TestPictures::pictureOfTheResourceTreeHasItsSizeAndClearCorners_data()
     QTest::newRow("loading.png") << QSize(96, 96);
     QTest::newRow("loading_black.png") << QSize(96, 96);
     QTest::newRow("okbtn.png") << QSize(160, 70);
-    QTest::newRow("tooltip2.png") << QSize(600, 192);
+    QTest::newRow("tooltip2.png") << QSize(480, 192);
     QTest::newRow("Corvanthel.png") << QSize(256, 256);
     QTest::newRow("Vireon-X.png") << QSize(640, 160);
 }
@@ -302,7 +302,7 @@ void TestPictures::shadowIsSymmetricAndFadesOut()
 void TestPictures::tooltipLeavesItsAreaPlain()
 {
     const QImage bubble(":/qml/tooltip2.png");
-    const QRect textArea(30, 16, 554, 160);
+    const QRect textArea(30, 16, 434, 160);
     const QRgb surface = bubble.pixel(textArea.center());
     for (int y = textArea.top(); y <= textArea.bottom(); ++y)
         for (int x = textArea.left(); x <= textArea.right(); ++x)
