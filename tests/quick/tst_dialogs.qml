@@ -122,6 +122,25 @@ ViewTestCase {
         compare(focusedText(), "Back");
     }
 
+    // By mouse or finger no mark; with the first key it shows where the keyboard is.
+    function test_markOnlyAfterAKey() {
+        var marks = function() {
+            return findAll(view, function(item) { return item.isMarked === true; })
+                .map(function(item) { return item.Accessible.name; }).join();
+        };
+        openSettings();
+        compare(focusedText(), "Back");
+        compare(marks(), "");
+        keyClick(Qt.Key_Tab);
+        compare(marks(), "Autostart");
+        mouseClick(control(panelOf("Settings"), "   "));
+        compare(marks(), "");
+        closed(panelOf("Settings"));
+        keyClick(Qt.Key_Tab);
+        compare(marks(), focusedText());
+        verify(marks() !== "");
+    }
+
     // Two warnings and what they cover: whichever is left, the keyboard is in what comes to light.
     function test_keyboardFollowsTheOrderOfTheLayers() {
         openings[0].open();

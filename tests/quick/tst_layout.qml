@@ -37,6 +37,7 @@ ViewTestCase {
         { tag: "11-button-focused", show: function() {
             report(view, -6);
             button(1).forceActiveFocus();
+            keyClick(Qt.Key_Shift);
         } },
         { tag: "12-selection-hovered", show: function() {
             report(view, -2);
@@ -49,6 +50,7 @@ ViewTestCase {
         { tag: "14-selection-focused", show: function() {
             report(view, -10);
             selection(1).forceActiveFocus();
+            keyClick(Qt.Key_Shift);
         } },
         { tag: "15-stylus-only", show: function() {
             mainwindow.isStylusOnly = true;
