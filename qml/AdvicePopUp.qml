@@ -3,12 +3,11 @@ import "theme.js" as Theme
 
 // The advice before an auto calibration. Its user puts a check box into "choice" and declares the
 // buttons, which stand in a row below it.
-Rectangle {
+Layer {
     property alias choice: choiceRow.data
     default property alias buttons: buttonRow.data
 
     color: "transparent"
-    visible: false
 
     Accessible.role: Accessible.Dialog
     Accessible.name: advice.text

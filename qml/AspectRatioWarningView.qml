@@ -3,22 +3,18 @@ import "theme.js" as Theme
 
 // Tells that the screen is not 16:9 and offers what to do about it: at once on the first screen, in
 // the settings of the graphics card on the second.
-Rectangle {
+Layer {
     id: root
 
     function show() {
-        if (visible)
+        if (isOpen)
             return;
-        focusKeeper.raise(root);
-        visible = true;
+        open();
         showFirstScreen();
     }
 
     function hide() {
-        if (!visible)
-            return;
-        visible = false;
-        focusKeeper.giveBack();
+        close();
     }
 
     function showFirstScreen() {
@@ -33,22 +29,13 @@ Rectangle {
         backBtn.forceActiveFocus();
     }
 
-    visible: false
+    first: ignoreBtn
     color: Theme.surface
 
     Accessible.role: Accessible.Dialog
     Accessible.name: firstText.plainText
 
-    Keys.onEscapePressed: hide()
-
-    FocusKeeper {
-        id: focusKeeper
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-    }
+    onEscaped: hide()
 
     Item {
         id: firstScreen

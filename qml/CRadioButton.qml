@@ -1,10 +1,9 @@
 import QtQuick 2.15
-import "keyboard.js" as Keyboard
 import "theme.js" as Theme
 
 // One of several choices. A click switches it on, unless "canToggle" is false: its user decides
 // then what the click does to "isToggled".
-Rectangle {
+Pressable {
     id: root
 
     property bool isToggled: false
@@ -14,35 +13,22 @@ Rectangle {
 
     signal clicked()
 
-    function click() {
-        if (isDisabled || !Keyboard.isWithinReach(root))
-            return;
-        if (canToggle)
-            isToggled = true;
-        clicked();
-    }
-
+    isBlocked: isDisabled
+    ringMargin: -5
     color: Theme.glass
     height: 35
     width: Math.ceil(buttonContent.width) + 20
-    opacity: isDisabled ? Theme.disabledOpacity : 1.0
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
-    // Qt has no accessible state for it.
-    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
     Accessible.checkable: true
     Accessible.checked: isToggled
-    Accessible.focusable: true
-    Accessible.onPressAction: click()
     Accessible.onToggleAction: click()
 
-    Keys.onPressed: {
-        if (Keyboard.presses(event)) {
-            event.accepted = true;
-            click();
-        }
+    onActivated: {
+        if (canToggle)
+            isToggled = true;
+        clicked();
     }
 
     Rectangle {
@@ -52,8 +38,8 @@ Rectangle {
         anchors.margins: -3
         radius: 3
         color: Theme.gloss
-        opacity: buttonMouse.pressed ? 0.1 : 0.2
-        visible: false
+        opacity: buttonMouse.isDown ? 0.1 : 0.2
+        visible: buttonMouse.isOver
     }
 
     Row {
@@ -81,19 +67,7 @@ Rectangle {
         }
     }
 
-    MouseArea {
+    PressArea {
         id: buttonMouse
-
-        anchors.fill: parent
-        hoverEnabled: true
-        onEntered: whiteHover.visible = !root.isDisabled
-        onExited: whiteHover.visible = false
-        // A finger that is lifted leaves no hover behind.
-        onReleased: whiteHover.visible = containsMouse && !root.isDisabled
-        onClicked: root.click()
-    }
-
-    FocusRing {
-        anchors.margins: -5
     }
 }

@@ -1,18 +1,17 @@
 import QtQuick 2.15
 import "colors.js" as Colors
-import "keyboard.js" as Keyboard
 import "theme.js" as Theme
 
 // A quiet button that leads somewhere: its chevron points to the right, or to the left where it
 // leads back. "btnColor2" is its colour at rest, "btnColor" the present one.
-Rectangle {
+Pressable {
     id: root
 
     property string text
     property bool isDisabled: buttonsDisabled
     property bool isLeft: false
     property bool showDirection: true
-    property color btnColor: isDisabled || !buttonMouse.pressed ? btnColor2 : Colors.primary500
+    property color btnColor: buttonMouse.isDown ? Colors.primary500 : btnColor2
     property int fontSize: 16
     property bool isVisible: true
     property string textIcon: ""
@@ -20,31 +19,16 @@ Rectangle {
 
     signal clicked()
 
-    function click() {
-        if (Keyboard.isWithinReach(root) && !isDisabled)
-            clicked();
-    }
-
-    color: "transparent"
+    isBlocked: isDisabled
     height: 35
     width: Math.ceil(buttonContent.width) + 30
-    opacity: isDisabled ? Theme.disabledOpacity : 1.0
     visible: isVisible
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
     Accessible.name: text.trim()
-    // Qt has no accessible state for it.
-    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
-    Accessible.focusable: true
-    Accessible.onPressAction: click()
 
-    Keys.onPressed: {
-        if (Keyboard.presses(event)) {
-            event.accepted = true;
-            click();
-        }
-    }
+
+    onActivated: clicked()
 
     Rectangle {
         anchors.fill: parent
@@ -60,7 +44,7 @@ Rectangle {
         radius: 5
         color: Theme.gloss
         opacity: 0.2
-        visible: buttonMouse.containsMouse && !buttonMouse.pressed && !root.isDisabled
+        visible: buttonMouse.isOver && !buttonMouse.isDown
     }
 
     Row {
@@ -93,6 +77,7 @@ Rectangle {
         Text {
             id: label
 
+            visible: !root.isLeft || !root.showDirection || text.trim() !== ""
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text
             font.family: fontfamily
@@ -111,13 +96,7 @@ Rectangle {
         }
     }
 
-    MouseArea {
+    PressArea {
         id: buttonMouse
-
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: root.click()
     }
-
-    FocusRing {}
 }

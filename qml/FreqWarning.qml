@@ -2,44 +2,25 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import "theme.js" as Theme
 
-// Tells that the display's refresh rate is too low to write on, and shows what that looks like.
-Rectangle {
+// Tells that the display's refresh rate is too low to write on, and shows what that looks like. The
+// animations are in memory only while it is open, one picture of each at a time.
+Layer {
     id: root
 
     readonly property bool isPlaying: visible && Window.visibility !== Window.Hidden
 
     function show() {
+        open();
         console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
-        if (visible)
-            return;
-        focusKeeper.raise(root);
-        visible = true;
-        okBtn.forceActiveFocus();
     }
 
-    function hide() {
-        if (!visible)
-            return;
-        visible = false;
-        focusKeeper.giveBack();
-    }
-
-    visible: false
+    first: okControl
     color: Theme.scrim
 
     Accessible.role: Accessible.Dialog
     Accessible.name: message.text
 
-    Keys.onEscapePressed: hide()
-
-    FocusKeeper {
-        id: focusKeeper
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-    }
+    onEscaped: close()
 
     Rectangle {
         id: popup
@@ -64,9 +45,10 @@ Rectangle {
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     height: 80
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     playing: root.isPlaying
-                    source: "qrc:///qml/30hz.gif"
+                    source: root.isOpen ? "qrc:///qml/30hz.gif" : ""
                 }
 
                 Text {
@@ -90,9 +72,10 @@ Rectangle {
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     height: 80
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     playing: root.isPlaying
-                    source: "qrc:///qml/60hz.gif"
+                    source: root.isOpen ? "qrc:///qml/60hz.gif" : ""
                 }
 
                 Text {
@@ -141,47 +124,24 @@ Rectangle {
         Image {
             id: okBtn
 
-            function click() {
-                console.log("Settings Button clicked");
-                root.hide();
-            }
-
             anchors { bottom: parent.bottom; bottomMargin: 10; right: parent.right; rightMargin: 20 }
             width: 80
             height: 35
             source: "qrc:///qml/okbtn.png"
-            activeFocusOnTab: true
 
-            Accessible.role: Accessible.Button
-            Accessible.name: qsTr("OK")
-            Accessible.focusable: true
-            Accessible.onPressAction: click()
-
-            KeyNavigation.tab: okBtn
-            KeyNavigation.backtab: okBtn
-            Keys.onReturnPressed: click()
-            Keys.onEnterPressed: click()
-            Keys.onSpacePressed: click()
-
-            Rectangle {
-                anchors.fill: parent
-                radius: 3
-                color: okMouse.pressed ? Theme.shade : "transparent"
-                opacity: okMouse.pressed ? 0.3 : 1
-                border.width: 1
-                border.color: Theme.outline
-                visible: okMouse.containsMouse
-            }
-
-            MouseArea {
-                id: okMouse
+            CButton {
+                id: okControl
 
                 anchors.fill: parent
-                hoverEnabled: true
-                onClicked: okBtn.click()
+                isDisabled: false
+                btnText: qsTr("OK")
+                nextTab: okControl
+                prevTab: okControl
+                onSubmit: {
+                    console.log("Settings Button clicked");
+                    root.close();
+                }
             }
-
-            FocusRing {}
         }
     }
 }

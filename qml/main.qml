@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import "keyboard.js" as Keyboard
 import "status.js" as Status
 import "theme.js" as Theme
 
@@ -61,20 +62,13 @@ Rectangle {
     }
 
     function showPopUp() {
-        if (acPopUp.visible)
-            return;
-        acFocus.raise(acPopUp);
         hide();
-        acPopUp.visible = true;
-        manualBtn2.forceActiveFocus();
+        acPopUp.open();
     }
 
     function hidePopUp() {
-        if (!acPopUp.visible)
-            return;
-        acPopUp.visible = false;
+        acPopUp.close();
         show();
-        acFocus.giveBack();
     }
 
     function showFreqPopup() {
@@ -92,6 +86,7 @@ Rectangle {
     function tell(report) {
         statusText = textOf(report.text);
         statusLine.glyph = report.glyph;
+        statusLine.tone = report.tone;
     }
 
     // Called for every report, also for one that equals the last. What is written before the
@@ -100,14 +95,13 @@ Rectangle {
         if (!finishedLoading)
             return;
         firstReport.hasCome = true;
-        tell(Status.report(status, mainwindow.brand()));
         isLoading = status === Status.calibrating;
-        if (isLoading)
-            loadingLimit.restart();
+        if (!isLoading)
+            tell(Status.report(status, mainwindow.brand()));
     }
     onButtonsDisabledChanged: console.log("buttons disabled: " + buttonsDisabled)
     onFinishedLoadingChanged: {
-        mainRect.forceActiveFocus();
+        mainScope.forceActiveFocus();
         updateWindowTimer.restart();
     }
     onLogicalPixelDensityChanged: updateWindowTimer.restart()
@@ -147,21 +141,24 @@ Rectangle {
         property int height: Screen.height
     }
 
-    // The tool's 30 s and as much again: an engine that says nothing must not leave the view
-    // loading for good.
+    // Of a loading that a button began, the tool's 30 s and as much again: an engine that says
+    // nothing must not leave the view loading for good. A calibration that the engine has reported
+    // takes as long as it takes.
     Timer {
         id: loadingLimit
 
         interval: 60000
-        running: root.isLoading
+        running: root.isLoading && root.status !== Status.calibrating
         onTriggered: {
             root.isLoading = false;
             root.tell(Status.lastActionFailed);
         }
     }
 
-    FocusKeeper {
-        id: acFocus
+    LayerStack {
+        id: layers
+
+        ground: mainScope
     }
 
     AdvicePopUp {
@@ -181,9 +178,10 @@ Rectangle {
         width: root.baseWidth
         height: root.baseHeight
         focus: true
-        enabled: mainRect.enabled
+        stack: layers
+        first: manualBtn2
 
-        Keys.onEscapePressed: leave()
+        onEscaped: leave()
 
         choice: Checkbox {
             id: dntShowMsg
@@ -210,7 +208,7 @@ Rectangle {
             id: manualBtn2
 
             btnText: qsTr("    Continue    ")
-            visible: acPopUp.visible
+            visible: acPopUp.isOpen
             nextTab: dntShowMsg
             prevTab: cancelBtn
             onSubmit: {
@@ -228,9 +226,8 @@ Rectangle {
         color: "transparent"
         visible: true
         focus: true
-        enabled: !aspectRatioWarning.visible && !freqWarning.visible
+        enabled: !layers.top || layers.top.parent === mainRect
 
-        KeyNavigation.tab: manualBtn
         Keys.onPressed: {
             if (event.key === Qt.Key_F && event.modifiers === Qt.ControlModifier) {
                 event.accepted = true;
@@ -253,97 +250,111 @@ Rectangle {
             anchors { top: parent.top; bottom: parent.bottom; left: parent.left }
             width: parent.width
             color: "transparent"
-            enabled: !settingsView.isOpen && !inputSelection.isOpen
+            enabled: !layers.top
             visible: anchors.leftMargin > -width
 
             Behavior on anchors.leftMargin {
                 NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
             }
 
-            VersionLabel {}
+            FocusScope {
+                id: mainScope
 
-            Column {
-                anchors.centerIn: parent
-                spacing: 25
-
-                StatusLine {
-                    id: statusLine
-
-                    width: mainView.width
-                    glyph: Status.startingUp.glyph
-
-                    LoadingIndicator {
-                        id: loadingIndicator
-
-                        anchors.centerIn: parent
-                    }
+                anchors.fill: parent
+                focus: true
+                KeyNavigation.tab: manualBtn
+                // It has the keyboard until the first Tab.
+                Keys.onShortcutOverride: {
+                    Keyboard.isUsed = true;
+                    event.accepted = false;
                 }
 
-                Row {
-                    id: btnRow
+                VersionLabel {}
 
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    spacing: 10
+                Column {
+                    anchors.centerIn: parent
+                    spacing: 25
 
-                    CButton {
-                        id: manualBtn
+                    StatusLine {
+                        id: statusLine
 
-                        icon: "\uf05b"
-                        btnText: qsTr("Manual Calibration")
-                        nextTab: calibrateTouchBtn
-                        prevTab: settingsBtn
-                        onSubmit: mainwindow.startManualCalibration()
-                    }
+                        width: mainView.width
+                        glyph: Status.startingUp.glyph
 
-                    CButton {
-                        id: calibrateTouchBtn
+                        LoadingIndicator {
+                            id: loadingIndicator
 
-                        icon: "\uf25a"
-                        btnText: qsTr("Touch Calibration")
-                        nextTab: autoBtn
-                        prevTab: manualBtn
-                        onSubmit: mainwindow.startTouchCalibration()
-                    }
-
-                    CButton {
-                        id: autoBtn
-
-                        icon: "\uf140"
-                        btnText: qsTr("Auto Calibration")
-                        nextTab: inputBtn
-                        prevTab: calibrateTouchBtn
-                        onSubmit: {
-                            if (acPopUp.isDisabled)
-                                mainwindow.startAutoCalibration();
-                            else
-                                root.showPopUp();
+                            anchors.centerIn: parent
                         }
                     }
-                }
 
-                Row {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    spacing: 20
+                    Row {
+                        id: btnRow
 
-                    CSelectionButton {
-                        id: inputBtn
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        spacing: 10
 
-                        text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
-                        isVisible: !mainwindow.stylusOnly()
-                        KeyNavigation.tab: settingsBtn
-                        KeyNavigation.backtab: autoBtn
-                        onClicked: inputSelection.show()
+                        CButton {
+                            id: manualBtn
+
+                            icon: "\uf05b"
+                            btnText: qsTr("Manual Calibration")
+                            nextTab: calibrateTouchBtn
+                            prevTab: settingsBtn
+                            onSubmit: mainwindow.startManualCalibration()
+                        }
+
+                        CButton {
+                            id: calibrateTouchBtn
+
+                            icon: "\uf25a"
+                            btnText: qsTr("Touch Calibration")
+                            nextTab: autoBtn
+                            prevTab: manualBtn
+                            onSubmit: mainwindow.startTouchCalibration()
+                        }
+
+                        CButton {
+                            id: autoBtn
+
+                            icon: "\uf140"
+                            btnText: qsTr("Auto Calibration")
+                            nextTab: inputBtn
+                            prevTab: calibrateTouchBtn
+                            onSubmit: {
+                                if (acPopUp.isDisabled)
+                                    mainwindow.startAutoCalibration();
+                                else
+                                    root.showPopUp();
+                            }
+                        }
                     }
 
-                    CSelectionButton {
-                        id: settingsBtn
+                    Row {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        spacing: 20
 
-                        isDisabled: false
-                        textIcon: "\uf013"
-                        text: qsTr("Settings")
-                        KeyNavigation.tab: manualBtn
-                        KeyNavigation.backtab: inputBtn
-                        onClicked: settingsView.show()
+                        CSelectionButton {
+                            id: inputBtn
+
+                            textIcon: root.isTouch ? "\uf25a" : "\uf040"
+                            text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
+                            isVisible: !mainwindow.stylusOnly()
+                            KeyNavigation.tab: settingsBtn
+                            KeyNavigation.backtab: autoBtn
+                            onClicked: inputSelection.show()
+                        }
+
+                        CSelectionButton {
+                            id: settingsBtn
+
+                            isDisabled: false
+                            textIcon: "\uf013"
+                            text: qsTr("Settings")
+                            KeyNavigation.tab: manualBtn
+                            KeyNavigation.backtab: inputBtn
+                            onClicked: settingsView.show()
+                        }
                     }
                 }
             }
@@ -352,12 +363,14 @@ Rectangle {
         InputSelection {
             id: inputSelection
 
+            stack: layers
             onIsOpenChanged: isOpen ? mainView.hide() : mainView.show()
         }
 
         SettingsView {
             id: settingsView
 
+            stack: layers
             onIsOpenChanged: {
                 root.settingsVisible = isOpen;
                 isOpen ? mainView.hide() : mainView.show();
@@ -370,6 +383,7 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
+        stack: layers
     }
 
     FreqWarning {
@@ -377,5 +391,6 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
+        stack: layers
     }
 }

@@ -19,6 +19,10 @@ var text = "#ffffff"; // glyphs, too
 var softText = "#eee"; // the titles of panels, the warning of the aspect ratio
 var outline = "#ffffff"; // of the focus, of a check box, of a button below the mouse
 
+// The glyph before the status, so that bad is seen from afar. What is good has the palette's blue.
+var warning = "#ffc14d";
+var failure = "#ff8a80";
+
 // Layers over something else.
 var shade = "#000000"; // over a pressed picture, with an opacity of its own
 var gloss = "#ffffff"; // over a control below the mouse, with an opacity of its own

@@ -75,7 +75,7 @@
     </message>
     <message>
         <source>Exit</source>
-        <translation>終了</translation>
+        <translation>閉じる</translation>
     </message>
 </context>
 <context>
@@ -83,13 +83,13 @@
     <message>
         <source>Slow writing
 speed at 30Hz</source>
-        <translation>30Hzでは書き込みが
+        <translation>30Hzでは筆記が
 遅れます</translation>
     </message>
     <message>
         <source>Fast writing
 speed at 60Hz</source>
-        <translation>60Hzでは書き込みが
+        <translation>60Hzでは筆記が
 滑らかです</translation>
     </message>
     <message>
@@ -249,7 +249,7 @@ at 60Hz refresh rate or more.</source>
     </message>
     <message>
         <source>Keeps a processor awake so that no picture of the sensor is lost. Uses more power.</source>
-        <translation>センサーの画像が失われないように、プロセッサを待機状態にしません。消費電力が増えます。</translation>
+        <translation>センサーの画像を取りこぼさないように、プロセッサを休止させません。消費電力が増えます。</translation>
     </message>
     <message>
         <source>Sensor Viewer</source>
@@ -271,7 +271,7 @@ at 60Hz refresh rate or more.</source>
     <name>main</name>
     <message>
         <source>Loading...</source>
-        <translation>読み込み中...</translation>
+        <translation>処理中...</translation>
     </message>
     <message>
         <source>Manual Calibration</source>
@@ -326,7 +326,7 @@ at 60Hz refresh rate or more.</source>
     </message>
     <message>
         <source>Light disturbance detected.</source>
-        <translation>光の干渉を検出しました。</translation>
+        <translation>外光の影響を検出しました。</translation>
     </message>
     <message>
         <source>Calibration aborted.</source>

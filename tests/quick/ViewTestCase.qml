@@ -158,6 +158,8 @@ TestCase {
         view.versionText = "1.4.121";
         view.status = 1;
         view.finishedLoading = true;
+        // Whatever the last test did: nobody has used the keyboard yet.
+        find(view, function(item) { return item.forgetKeyboard !== undefined; }).forgetKeyboard();
         return view;
     }
 

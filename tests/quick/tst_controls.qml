@@ -73,9 +73,19 @@ ViewTestCase {
                                                 && child.parent === item; });
         verify(ring);
         testCase.forceActiveFocus();
-        compare(ring.visible, false);
+        mouseClick(item);
         item.forceActiveFocus();
-        compare(ring.visible, true);
+        compare(ring.visible, false, "without a key");
+        keyClick(Qt.Key_Tab);
+        item.forceActiveFocus();
+        compare(ring.visible, true, "after a key");
+        mousePress(item);
+        compare(ring.visible, false, "after the mouse");
+        mouseRelease(testCase, 1, 1);
+        keyClick(Qt.Key_Shift);
+        compare(ring.visible, true, "after a key that moves nothing");
+        testCase.forceActiveFocus();
+        compare(ring.visible, false, "elsewhere");
         verify(Qt.colorEqual(ring.border.color, "white"));
     }
 
@@ -108,6 +118,7 @@ ViewTestCase {
         item.x = item.y = 20;
         var states = {};
         testCase.forceActiveFocus();
+        item.forgetKeyboard();
         wait(20);
         states.rest = camera.take(stage);
         mouseMove(item, 5, 5);
@@ -117,6 +128,7 @@ ViewTestCase {
         mouseRelease(testCase, 1, 1);
         mouseMove(testCase, 1000, 500);
         item.forceActiveFocus();
+        keyClick(Qt.Key_Shift);
         states.focused = camera.take(stage);
         testCase.forceActiveFocus();
         if (row.disabled)
@@ -174,10 +186,13 @@ ViewTestCase {
         var pressed = btn.color.toString();
         mouseRelease(item, 5, 5);
         item.isDisabled = true;
-        var disabled = btn.color.toString();
         compare(hoverFill(item).visible, false);
-        verify(rest !== hovered && rest !== pressed && rest !== disabled && hovered !== pressed
-               && hovered !== disabled && pressed !== disabled);
+        compare(btn.color.toString(), rest);
+        mousePress(item, 5, 5);
+        compare(btn.color.toString(), rest, "it does not move");
+        mouseRelease(item, 5, 5);
+        verify(rest !== hovered && rest !== pressed && hovered !== pressed);
+        item.isDisabled = false;
         checkFocusRing(item);
     }
 
@@ -214,7 +229,9 @@ ViewTestCase {
         verify(textItem(item, "\uf013").x < textItem(item, "Go").x);
         verify(Math.abs(textItem(item, "Go").parent.x + textItem(item, "Go").parent.width / 2 - item.width / 2) <= 1);
         compareValues(hoverFill(item), { radius: 5, color: Qt.rgba(1, 1, 1, 1) });
-        compareValues(item.children[0], { radius: 5, smooth: true });
+        var plate = find(item, function(child) { return child.color !== undefined && child.border !== undefined
+                                                 && Qt.colorEqual(child.color, "#33ffffff"); });
+        compareValues(plate, { radius: 5, smooth: true });
         item.isLeft = false;
         wait(20);
         verify(textItem(item, "\uf054").x > textItem(item, "Go").x);
@@ -254,14 +271,83 @@ ViewTestCase {
         }, 30000);
     }
 
-    function test_heldKeyPressesOnce() {
-        var item = create("CButton", { btnText: "Press" });
-        var presses = listen(item, "submit");
+    readonly property var allControls: [
+        { tag: "CButton", signal: "submit", block: function(item) { item.isDisabled = true; } },
+        { tag: "CSelectionButton", signal: "clicked", block: function(item) { item.isDisabled = true; } },
+        { tag: "CRadioButton", signal: "clicked", block: function(item) { item.isDisabled = true; } },
+        { tag: "Checkbox", signal: "submit" },
+        { tag: "SimpleButton", signal: "submit", block: function(item) { item.activeButton = false; } }
+    ]
+
+    function test_heldKeyPressesOnce_data() {
+        return allControls;
+    }
+
+    function test_heldKeyPressesOnce(row) {
+        var item = create(row.tag);
+        var presses = listen(item, row.signal);
         item.forceActiveFocus();
         keyPress(Qt.Key_Return);
         keyboard.repeat(item, Qt.Key_Return);
         keyRelease(Qt.Key_Return);
         compare(presses.count, 1);
+    }
+
+    function test_outOfReach_data() {
+        return allControls;
+    }
+
+    // A screen reader, and the program, ask also what is hidden or covered.
+    function test_outOfReach(row) {
+        var item = create(row.tag);
+        var presses = listen(item, row.signal);
+        ["visible", "enabled"].forEach(function(property) {
+            item[property] = false;
+            item.click();
+            item.Accessible.pressAction();
+            compare(presses.count, 0, property);
+            item[property] = true;
+        });
+        item.click();
+        compare(presses.count, 1);
+        mouseClick(item, 3, 3, Qt.RightButton);
+        compare(presses.count, 1, "the right button");
+    }
+
+    // Also where the mouse has been on it all the time.
+    function test_disabledUnderTheMouse_data() {
+        return allControls.filter(function(row) { return row.block; });
+    }
+
+    function test_disabledUnderTheMouse(row) {
+        var item = create(row.tag, row.tag === "SimpleButton" ? { buttonText: "One" }
+                                  : row.tag === "CButton" ? { btnText: "One" } : { text: "One" });
+        mouseMove(item, 5, 5);
+        compare(hoverFill(item).visible, true);
+        row.block(item);
+        compare(hoverFill(item).visible, false);
+        mousePress(item, 5, 5);
+        compare(hoverFill(item).visible, false);
+        mouseRelease(item, 5, 5);
+        // One rule for all: they sink towards the surface.
+        compare(item.opacity, 0.6);
+    }
+
+    // A line around a control tells of the keyboard alone.
+    function test_hoverDrawsNoLine_data() {
+        return allControls;
+    }
+
+    function test_hoverDrawsNoLine(row) {
+        var item = create(row.tag);
+        var lines = function() {
+            return findAll(item, function(child) {
+                return child.border !== undefined && !Qt.colorEqual(child.border.color, "black") && isShown(child);
+            }).map(function(child) { return child.border.width + child.border.color; }).join();
+        };
+        var rest = lines();
+        mouseMove(item, 5, 5);
+        compare(lines(), rest);
     }
 
     function test_buttonTabs() {
@@ -481,9 +567,39 @@ ViewTestCase {
                                 "parent.height": 40 });
         compareValues(glyph, { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome" });
         verify(glyph.x + glyph.width <= status.x + (status.width - status.contentWidth) / 2);
-        isReady = true;
-        verify(Qt.colorEqual(glyph.color, "#0091f8"));
+        ["good", "warning", "failure"].forEach(function(tone, index) {
+            item.tone = tone;
+            verify(Qt.colorEqual(glyph.color, ["#0091f8", "#ffc14d", "#ff8a80"][index]), tone);
+        });
         verify(Qt.colorEqual(status.color, "white"));
+    }
+
+    function test_statusLineIsCentredAsAPair_data() {
+        return [
+            { tag: "1", text: "Started and ready" },
+            { tag: "2", text: "Not connected.<br>Please connect the USB cable." },
+            { tag: "3", text: "Not connected.<br>Please connect the USB cable and check the box<br>to enable it" }
+        ];
+    }
+
+    function test_statusLineIsCentredAsAPair(row) {
+        statusText = row.text;
+        var item = create("StatusLine", { width: 680, glyph: "\uf058" });
+        var status = textItem(item, row.text);
+        var glyph = textItem(item, "\uf058");
+        var right = status.x + (status.width + status.contentWidth) / 2;
+        verify(Math.abs(glyph.x + right - item.width) <= 2, glyph.x + " " + right);
+        var bottom = status.y + (status.height + status.contentHeight) / 2;
+        var leading = status.contentHeight / status.lineCount / 6;
+        verify(Math.abs(bottom - leading - item.height - 4) <= 1, bottom);
+        verify(Math.abs(glyph.y + glyph.height / 2 - status.y - status.height / 2) <= 1);
+    }
+
+    function test_chevronAloneIsInTheMiddle() {
+        var item = create("CSelectionButton", { text: "   ", isLeft: true });
+        wait(20);
+        var chevron = textItem(item, "\uf053");
+        verify(Math.abs(chevron.mapToItem(item, chevron.width / 2, 0).x - item.width / 2) <= 1);
     }
 
     function test_statusLineReadsAsOneSentence() {

@@ -18,6 +18,7 @@
 #include <QSignalSpy>
 #include <QtQuickTest>
 #include <QTranslator>
+#include <QWindow>
 
 #include <cstdio>
 #include <unistd.h>
@@ -55,6 +56,42 @@ public:
     {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
         QCoreApplication::sendEvent(item->window(), &event);
+    }
+
+    /// To a window of its own. False when the keyboard does not go there.
+    Q_INVOKABLE bool leave(QQuickItem* item)
+    {
+        other.reset(new QWindow);
+        other->show();
+        other->requestActivate();
+        return QTest::qWaitFor([&] { return !item->window()->isActive(); }, patienceMs);
+    }
+
+    Q_INVOKABLE bool comeBack(QQuickItem* item)
+    {
+        other.reset();
+        item->window()->requestActivate();
+        return QTest::qWaitFor([&] { return item->window()->isActive(); }, patienceMs);
+    }
+
+private:
+    QScopedPointer<QWindow> other;
+};
+
+/// What a view's source declares and its items do not tell.
+class Source : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The ids of an item: in its own file, and in the files that use that one.
+    Q_INVOKABLE QStringList idsOf(QObject* item) const
+    {
+        QStringList ids;
+        for (const QQmlContext* context = qmlContext(item); context;
+             context = context->parentContext())
+            ids += context->nameForObject(item);
+        return ids;
     }
 };
 
@@ -147,6 +184,7 @@ public slots:
         context->setContextProperty(QStringLiteral("language"), &language);
         context->setContextProperty(QStringLiteral("keyboard"), &keyboard);
         context->setContextProperty(QStringLiteral("camera"), &camera);
+        context->setContextProperty(QStringLiteral("source"), &source);
         context->setContextProperty(QStringLiteral("testLog"), &log);
         context->setContextProperty(QStringLiteral("sheetFolder"),
                                     qEnvironmentVariable("VIREON_SHEET"));
@@ -158,6 +196,7 @@ private:
     Language language;
     Keyboard keyboard;
     Camera camera;
+    Source source;
     TestLog log;
 };
 
