@@ -483,7 +483,7 @@ void TestUserSettings::fileThatCannotBeOpenedIsAFirstStart_data()
 /// Makes the settings file one that cannot be opened; all but the descriptors.
 void TestUserSettings::makeUnopenable(const QString& reason, GS& settings) const
 {
-    write(file, "0\n7\n");
+    QVERIFY(writeFile(file, "0\n7\n"));
     QString name = file;
     if (reason == "link to itself") {
         name = path("loop");
@@ -496,7 +496,7 @@ void TestUserSettings::makeUnopenable(const QString& reason, GS& settings) const
         QDir().mkdir(path("closed"));
         QFile::setPermissions(path("closed"), QFile::Permissions(0x7777));
         name = path("closed/user.ini");
-        write(name, "0\n7\n");
+        QVERIFY(writeFile(name, "0\n7\n"));
         QFile::setPermissions(path("closed"), QFile::WriteOwner);
     } else if (reason == "write-only file") {
         QFile::setPermissions(file, QFile::WriteOwner | QFile::WriteOther);
