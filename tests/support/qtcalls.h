@@ -7,8 +7,9 @@
 
 /**
  * While it lives, the calls that the program makes to Qt and that qtcalls.cpp lists are lines of
- * the log, "Class.function(arguments)" or "set property = value", in their place among the program's own lines: a test sees
- * what came first. Take it with LogRecorder. One at a time, on the GUI thread.
+ * the log, "Class.function(arguments)" or "set property = value", in their place among the
+ * program's own lines: a test sees what came first. Take it with LogRecorder. One at a time, on the
+ * GUI thread.
  *
  * Some calls are only told, so that nothing depends on time or on a desktop: the GUI thread's
  * sleeps, timers of a second and more (see runTimers()), messages of the tray icon, calls on the

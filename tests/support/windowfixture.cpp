@@ -161,9 +161,7 @@ bool WindowFixture::makeReady()
     StatusListener* listener = StatusListener::instance();
     listener->injectStatus(StatusReady);
     const bool ready = QTest::qWaitFor(
-        [&] {
-            return root("status").toInt() == StatusReady && !root("buttonsDisabled").toBool();
-        },
+        [&] { return root("status").toInt() == StatusReady && !root("buttonsDisabled").toBool(); },
         patienceMs);
     log->clear();
     return ready;
@@ -172,8 +170,8 @@ bool WindowFixture::makeReady()
 QVector<int> WindowFixture::commands() const
 {
     // Each gets a thread, which is told here at once, and says itself what it is about to do.
-    const bool begun = QTest::qWaitFor(
-        [&] { return log->count("Action:") >= log->count("Do work"); }, patienceMs);
+    const bool begun =
+        QTest::qWaitFor([&] { return log->count("Action:") >= log->count("Do work"); }, patienceMs);
     if (!begun)
         return {noCommand};
     QVector<int> codes;

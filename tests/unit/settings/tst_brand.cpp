@@ -18,8 +18,8 @@ void TestBrand::everyNumberHasACode_data()
 {
     QTest::addColumn<int>("brand");
     QTest::addColumn<QString>("code");
-    const char* const codes[] = {"nobrand", "qor", "tal", "wendle", "nobrand", "marrowby",
-                                 "nobrand"};
+    const char* const codes[] = {"nobrand", "qor",      "tal",    "wendle",
+                                 "nobrand", "marrowby", "nobrand"};
     int brand = -1;
     for (const char* code : codes) {
         QTest::addRow("%d", brand) << brand << QString(code);

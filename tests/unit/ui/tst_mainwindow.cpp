@@ -1,13 +1,12 @@
 #include "support/windowfixture.h"
 
 #include <QLayout>
-#include <QMenu>
 #include <QMenuBar>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QtMath>
 
-/// The window as others see it: its interface, its size, how it is shown and hidden, the tray.
+/// The window as others see it: its interface, its size, how it is shown and hidden.
 class TestMainWindow : public WindowFixture
 {
     Q_OBJECT
@@ -36,10 +35,6 @@ private slots:
     void resolutionChangePutsTheWindowOnAScreen();
     void resolutionChangeChecksTheScreens_data();
     void resolutionChangeChecksTheScreens();
-
-    void onlyAPlainTrayClickOpensTheWindow();
-    void trayIconIsConnected();
-    void trayMenuHasOneItem();
 };
 
 void TestMainWindow::init()
@@ -285,45 +280,6 @@ void TestMainWindow::resolutionChangeChecksTheScreens()
     view->onResolutionChanged();
     QCOMPARE(log->count("aspect ratio changed to: "), 1);
     QCOMPARE(log->count("show freq warning popup"), warns ? 1 : 0);
-}
-
-// --- Tray -------------------------------------------------------------------------------------
-
-void TestMainWindow::onlyAPlainTrayClickOpensTheWindow()
-{
-    view->hideWindow();
-    for (const auto reason : {QSystemTrayIcon::Context, QSystemTrayIcon::DoubleClick,
-                              QSystemTrayIcon::MiddleClick, QSystemTrayIcon::Unknown}) {
-        view->onTrayIconClicked(reason);
-        QVERIFY(!topLevel()->isVisible());
-    }
-    QCOMPARE(log->count("closing splash "), 0);
-    view->onTrayIconClicked();
-    QVERIFY(topLevel()->isVisible());
-    QCOMPARE(log->count("closing splash "), 1);
-}
-
-void TestMainWindow::trayIconIsConnected()
-{
-    QSystemTrayIcon* icon = trayIcon();
-    QVERIFY(icon && icon->isVisible() && !icon->icon().isNull());
-    view->hideWindow();
-    emit icon->activated(QSystemTrayIcon::DoubleClick);
-    QVERIFY(!topLevel()->isVisible());
-    emit icon->activated(QSystemTrayIcon::Trigger);
-    QVERIFY(topLevel()->isVisible());
-    view->hideWindow();
-    emit icon->messageClicked();
-    QVERIFY(topLevel()->isVisible());
-}
-
-void TestMainWindow::trayMenuHasOneItem()
-{
-    const QMenu* menu = trayIcon()->contextMenu();
-    QVERIFY(menu && !menu->parent());
-    QCOMPARE(menu->actions().size(), 1);
-    QCOMPARE(menu->actions().first()->text(), QString("Exit"));
-    QCOMPARE(menu->actions().first()->parent(), view);
 }
 
 int main(int argc, char* argv[])

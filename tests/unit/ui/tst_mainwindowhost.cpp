@@ -88,8 +88,9 @@ void TestMainWindowHost::missingHelperLeavesTheSwitchOn()
 void TestMainWindowHost::keepAwakeHelperRunsWhileSwitchedOn()
 {
     // Found through PATH, as a name without a directory is.
-    QVERIFY(writeScript(file("VireonIdle.exe"), "#!/bin/sh\necho $$ > \""
-                            + QFile::encodeName(file("helper.pid")) + "\"\nexec sleep 600\n"));
+    QVERIFY(writeScript(file("VireonIdle.exe"),
+                        "#!/bin/sh\necho $$ > \"" + QFile::encodeName(file("helper.pid"))
+                            + "\"\nexec sleep 600\n"));
     qputenv("PATH", QFile::encodeName(directory()) + ':' + usualPath);
 
     GS::instance()->cpuState = 0;

@@ -27,6 +27,7 @@ private slots:
     void hideHidesWithAHint();
     void exitQuits();
     void firmwareEntryShowsTheBox();
+    void keyInTheViewOpensTheFirstMenu();
 };
 
 namespace {
@@ -163,6 +164,15 @@ void TestMainWindowMenus::firmwareEntryShowsTheBox()
     QVERIFY2(text.contains("prepare the Windows computer"), qPrintable(text));
     QVERIFY2(text.contains("onto Vireon."), qPrintable(text));
     QCOMPARE(commands(), QVector<int> {});
+}
+
+void TestMainWindowMenus::keyInTheViewOpensTheFirstMenu()
+{
+    auto* bar = topLevel()->findChild<QMenuBar*>();
+    QVERIFY(!bar->activeAction());
+    QTest::keyClick(view, Qt::Key_F10);
+    QVERIFY(bar->activeAction());
+    QCOMPARE(bar->activeAction()->text(), QString("File"));
 }
 
 int main(int argc, char* argv[])

@@ -64,8 +64,9 @@ void TestMainWindowQuit::quitLeavesNothingOnTheScreen()
 void TestMainWindowQuit::quitEndsTheHelper()
 {
     const QByteArray usualPath = qgetenv("PATH");
-    QVERIFY(writeScript(file("VireonIdle.exe"), "#!/bin/sh\necho $$ > \""
-                            + QFile::encodeName(file("helper.pid")) + "\"\nexec sleep 600\n"));
+    QVERIFY(writeScript(file("VireonIdle.exe"),
+                        "#!/bin/sh\necho $$ > \"" + QFile::encodeName(file("helper.pid"))
+                            + "\"\nexec sleep 600\n"));
     qputenv("PATH", QFile::encodeName(directory()) + ':' + usualPath);
     QVERIFY(makeReady());
     view->keepACpuRunning();

@@ -1,7 +1,6 @@
 #include "support/windowfixture.h"
 
 #include <QAction>
-#include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
 #include <QQuickItem>
@@ -14,8 +13,6 @@ class TestMainWindowStart : public WindowFixture
     Q_OBJECT
 
 private slots:
-    void stepsComeInTheirOrder();
-    void firstStepsComeInTheirOrder();
     void splashGoesAfterTenSeconds();
     void splashIsTheBrands_data();
     void splashIsTheBrands();
@@ -25,9 +22,6 @@ private slots:
     void isTouchIsNegated();
     void pointerModeComesFromTheSettings_data();
     void pointerModeComesFromTheSettings();
-    void trayFollowsTheDesktop_data();
-    void trayFollowsTheDesktop();
-    void trayIconHasTheProgramsPicture();
     void adviceIsDisabledAsRemembered_data();
     void adviceIsDisabledAsRemembered();
     void slowScreenIsToldOf_data();
@@ -40,89 +34,6 @@ private slots:
     void nothingIsSaidOrCommanded();
     void bareViewHasItsInitialValues();
 };
-
-// --- Steps ------------------------------------------------------------------------------------
-
-void TestMainWindowStart::stepsComeInTheirOrder()
-{
-    GS::instance()->acPopUpEnabled = false;
-    calls->refreshRate = 30;
-    build();
-    const QSize size = topLevel()->size();
-    const QPoint place = topLevel()->pos();
-    const QStringList wanted {
-        "MainWindow.setSource(qrc:/qml/main.qml)",
-        "Autostart is enabled!",
-        "auto Start clicked",
-        "set isAutoStart = true",
-        "set isGreaterEqualsWin8 = false",
-        "set isTouch = false",
-        "set versionText = 1.4.121",
-        "set isAutoStart = true",
-        "MainWindow.createWindowContainer()",
-        QString("QWindowContainer.setMinimumSize(%1, %2)").arg(view->width()).arg(view->height()),
-        "MyWidget.setWindowTitle(Vireon)",
-        "MyWidget.adjustSize()",
-        QString("MyWidget.move(%1, %2)").arg(place.x()).arg(place.y()),
-        "MyWidget.setVisible(false)",
-        "QAction.connect(triggered)", // the menus', one of ten
-        "QAction.Update Firmware.setEnabled(false)",
-        "QAction.&Single Input.setChecked(false)", // no mode is known yet
-        "QAction.&Multi Input.setChecked(false)",
-        "QMenuBar.addMenu(File)",
-        "QMenuBar.addMenu(Calibration)",
-        "QMenuBar.addMenu(Help)",
-        "QBoxLayout.setMenuBar()",
-        QString("MyWidget.setFixedSize(%1, %2)").arg(size.width()).arg(size.height()),
-        "MyWidget.connect(closeWindow)",
-        " single pointer mode ",
-        "QAction.&Single Input.setChecked(true)",
-        "QAction.&Multi Input.setChecked(false)",
-        "ResolutionChangeNotifier.connect(resolutionChanged)",
-        "StatusListener.connect(statusChanged)",
-        "SdkHelper.connect(statusChanged)",
-        "set isGreaterEqualsWin8 = false",
-        "set status = 1",
-        "set finishedLoading = true",
-        "MyWidget.setVisible(true)",
-        "show freq error",
-    };
-    QStringList found = told(wanted);
-    // From the view's tray action on, there are eleven; the first one of the menus stands for all.
-    const int menus = found.indexOf("MyWidget.setVisible(false)");
-    QVERIFY(menus >= 0);
-    for (int i = found.size() - 1; i >= 0; --i) {
-        if (found[i] == "QAction.connect(triggered)" && i != menus + 1)
-            found.removeAt(i);
-    }
-    QCOMPARE(found, wanted);
-}
-
-void TestMainWindowStart::firstStepsComeInTheirOrder()
-{
-    build();
-    const QStringList wanted {
-        "splash image for brand:  \"qor\"",
-        "showing splash ",
-        "Splash.singleShot(10000)",
-        "QQmlContext.sdk",
-        "QQmlContext.mainwindow",
-        "QQmlContext.operatingSystem",
-        "qml loaded",
-        "QSystemTrayIcon.setVisible(true)",
-        "QSystemTrayIcon.connect(activated)",
-        "QSystemTrayIcon.connect(messageClicked)",
-        "load main.qml",
-        "MainWindow.setSource(qrc:/qml/main.qml)",
-        "Autostart is enabled!",
-        "auto Start clicked",
-        " single pointer mode ",
-    };
-    QCOMPARE(told(wanted), wanted);
-    QCOMPARE(log->count("closing splash "), 0); // it stays beside the window
-    QVERIFY(topLevel()->isVisible());
-    QCOMPARE(root("status").toInt(), int(StatusStarted));
-}
 
 // --- Splash -----------------------------------------------------------------------------------
 
@@ -230,41 +141,6 @@ void TestMainWindowStart::pointerModeComesFromTheSettings()
     QCOMPARE(toldOf("showMessage"), QStringList());
 }
 
-// --- Tray -------------------------------------------------------------------------------------
-
-void TestMainWindowStart::trayFollowsTheDesktop_data()
-{
-    QTest::addColumn<bool>("hasIcon");
-    for (const char* name : {"unity", "Unity", "UNITY", "uNiTy"})
-        QTest::newRow(name) << false;
-    for (const char* name : {"ubuntu:GNOME", "Unity:Unity7:ubuntu", "GNOME", "MATE", ""})
-        QTest::newRow(name) << true;
-}
-
-void TestMainWindowStart::trayFollowsTheDesktop()
-{
-    QFETCH(bool, hasIcon);
-    qputenv("XDG_CURRENT_DESKTOP", QTest::currentDataTag());
-    build();
-    QCOMPARE(bool(trayIcon()), hasIcon);
-    // Without one, what would use it does nothing.
-    log->clear();
-    view->hideMessage();
-    view->showMessage("text");
-    QCOMPARE(toldOf("QSystemTrayIcon.").isEmpty(), !hasIcon);
-}
-
-void TestMainWindowStart::trayIconHasTheProgramsPicture()
-{
-    build();
-    const QSize size(32, 32);
-    QCOMPARE(trayIcon()->icon().pixmap(size).toImage(),
-             QIcon(":/qml/Vireon.icns").pixmap(size).toImage());
-    QVERIFY(!trayIcon()->icon().isNull());
-    QVERIFY(trayIcon()->isVisible());
-    QCOMPARE(trayIcon()->parent(), view);
-}
-
 // --- Warnings ---------------------------------------------------------------------------------
 
 void TestMainWindowStart::adviceIsDisabledAsRemembered_data()
@@ -325,8 +201,7 @@ void TestMainWindowStart::everyBrandEndsUpShown()
     // One brand's is visible while its menus are built.
     const QStringList lines =
         told({"MyWidget.setVisible(true)", "MyWidget.setVisible(false)", "QMenuBar.addMenu(File)"});
-    QCOMPARE(lines.first(),
-             QString("MyWidget.setVisible(%1)").arg(remotePen ? "true" : "false"));
+    QCOMPARE(lines.first(), QString("MyWidget.setVisible(%1)").arg(remotePen ? "true" : "false"));
     QCOMPARE(lines.mid(1), QStringList({"QMenuBar.addMenu(File)", "MyWidget.setVisible(true)"}));
     // The hook of the file menu is there for that brand only, and does nothing.
     QMenu* fileMenu = topLevel()->findChild<QMenuBar*>()->actions().first()->menu();

@@ -187,8 +187,9 @@ void TestMainWindowStatus::wakingUpPresentsStarted()
 
 void TestMainWindowStatus::sleepEndsTheEngineAndWakingUpStartsIt()
 {
-    QVERIFY(writeScript(engine(), "#!/bin/sh\necho $$ > '" + QFile::encodeName(file("engine.pid"))
-                                      + "'\nexec sleep 600\n"));
+    QVERIFY(writeScript(engine(),
+                        "#!/bin/sh\necho $$ > '" + QFile::encodeName(file("engine.pid"))
+                            + "'\nexec sleep 600\n"));
     view->onWakingUp();
     QTRY_VERIFY_WITH_TIMEOUT(enginePid() > 0, patienceMs);
     const auto first = static_cast<pid_t>(enginePid());

@@ -150,8 +150,9 @@ void TestMessageChannel::hidingTakesTheBalloonAway()
     QSystemTrayIcon icon;
     MessageChannel channel(&icon, nullptr, nullptr);
     channel.hide();
-    QCOMPARE(told(), QStringList({"QSystemTrayIcon.setVisible(false)",
-                                  "QSystemTrayIcon.setVisible(true)"}));
+    QCOMPARE(
+        told(),
+        QStringList({"QSystemTrayIcon.setVisible(false)", "QSystemTrayIcon.setVisible(true)"}));
 }
 
 void TestMessageChannel::hidingDoesNothingOnUnity()

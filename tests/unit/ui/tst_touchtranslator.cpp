@@ -40,8 +40,7 @@ void TestTouchTranslator::touchPointsBecomeSceneEvents_data()
 {
     QTest::addColumn<int>("state");
     QTest::addColumn<SceneRecorder::Types>("events");
-    QTest::newRow("pressed") << int(Qt::TouchPointPressed)
-                             << SceneRecorder::Types {moved, pressed};
+    QTest::newRow("pressed") << int(Qt::TouchPointPressed) << SceneRecorder::Types {moved, pressed};
     QTest::newRow("moved") << int(Qt::TouchPointMoved) << SceneRecorder::Types {moved};
     QTest::newRow("stationary") << int(Qt::TouchPointStationary) << SceneRecorder::Types {};
     QTest::newRow("released") << int(Qt::TouchPointReleased)

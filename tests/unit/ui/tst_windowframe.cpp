@@ -8,6 +8,20 @@
 #include <QTest>
 #include <QWidget>
 
+static bool hasScreen = true;
+
+// These two stand in front of Qt's: there is a panel on the screen, and the screen can go.
+
+QRect QScreen::availableGeometry() const
+{
+    return geometry().adjusted(0, 0, 0, -100);
+}
+
+QScreen* QGuiApplication::primaryScreen()
+{
+    return hasScreen ? screens().constFirst() : nullptr;
+}
+
 /// A window of its own for each function, with a content that asks for 300 x 200 px.
 class TestWindowFrame : public QObject
 {
@@ -24,6 +38,7 @@ private slots:
     void menuBarsHeightDoesNotRaiseTheSize();
     void windowIsCentred_data();
     void windowIsCentred();
+    void withoutAScreenNothingMoves();
     void windowOnTheScreenStays_data();
     void windowOnTheScreenStays();
     void windowOffTheScreenIsCentred_data();
@@ -56,6 +71,7 @@ void TestWindowFrame::init()
 
 void TestWindowFrame::cleanup()
 {
+    hasScreen = true;
     frame.reset();
     window.reset();
 }
@@ -89,11 +105,14 @@ void TestWindowFrame::menuBarTakesTheRoomThatWasLeft()
 void TestWindowFrame::sizeIsFixed()
 {
     const QSize size(340, 260);
-    frame->installMenuBar(*new QMenuBar, size);
+    auto* bar = new QMenuBar;
+    bar->addMenu("File");
+    frame->installMenuBar(*bar, size);
     window->show();
     QCOMPARE(window->minimumSize(), size);
     QCOMPARE(window->maximumSize(), size);
     QCOMPARE(window->size(), size);
+    QCOMPARE(content->geometry(), QRect(0, menuBarHeight(), 340, 260 - menuBarHeight()));
 }
 
 void TestWindowFrame::menuBarsHeightDoesNotRaiseTheSize()
@@ -124,6 +143,15 @@ void TestWindowFrame::windowIsCentred()
     window->move(3, 4);
     frame->centre();
     QCOMPARE(window->pos(), centred());
+}
+
+void TestWindowFrame::withoutAScreenNothingMoves()
+{
+    window->move(3, 4);
+    hasScreen = false;
+    frame->centre();
+    hasScreen = true;
+    QCOMPARE(window->pos(), QPoint(3, 4));
 }
 
 void TestWindowFrame::windowOnTheScreenStays_data()
