@@ -1,6 +1,7 @@
 #include "support/windowfixture.h"
 
 #include "base/workerthread.h"
+#include "display/resolutionchangenotifier.h"
 #include "engine/statuslistener.h"
 #include "support/files.h"
 #include "ui/mywidget.h"
@@ -67,6 +68,11 @@ void WindowFixture::initTestCase()
     applyLooks();
     // Not a child of the first window, which is deleted here.
     SdkHelper::instance(QCoreApplication::instance());
+    ResolutionChangeNotifier::instance();
+    log = std::make_unique<LogRecorder>();
+    StatusListener::instance();
+    QVERIFY(readersHaveBegun());
+    log.reset();
 }
 
 void WindowFixture::init()
@@ -83,7 +89,11 @@ void WindowFixture::cleanup()
 {
     // A command that still waits would go on in the next function.
     const bool ended = QTest::qWaitFor(
-        [&] { return log->count("returned from") >= log->count("Action:"); }, patienceMs);
+        [&] {
+            return log->count("Action:") >= commandsGiven()
+                && log->count("returned from") >= log->count("Action:");
+        },
+        patienceMs);
     SdkHelper::instance()->stopVireon();
     SdkHelper::instance()->resetLastAction();
     calls.reset();
@@ -158,20 +168,31 @@ QByteArray WindowFixture::savedSetting(int line)
 
 bool WindowFixture::makeReady()
 {
-    StatusListener* listener = StatusListener::instance();
-    listener->injectStatus(StatusReady);
+    log->clear();
+    StatusListener::instance()->injectStatus(StatusReady);
     const bool ready = QTest::qWaitFor(
         [&] { return root("status").toInt() == StatusReady && !root("buttonsDisabled").toBool(); },
         patienceMs);
+    const bool begun = readersHaveBegun();
     log->clear();
-    return ready;
+    return ready && begun;
+}
+
+bool WindowFixture::readersHaveBegun() const
+{
+    return QTest::qWaitFor([&] { return commandsGiven() == 0; }, patienceMs);
+}
+
+int WindowFixture::commandsGiven() const
+{
+    // Each piece of work is told at once, and what it is by a thread of its own.
+    return log->count("Do work") - log->count("start reading status file");
 }
 
 QVector<int> WindowFixture::commands() const
 {
-    // Each gets a thread, which is told here at once, and says itself what it is about to do.
     const bool begun =
-        QTest::qWaitFor([&] { return log->count("Action:") >= log->count("Do work"); }, patienceMs);
+        QTest::qWaitFor([&] { return log->count("Action:") >= commandsGiven(); }, patienceMs);
     if (!begun)
         return {noCommand};
     QVector<int> codes;

@@ -57,7 +57,7 @@ protected:
     bool makeReady();
 
     /// The codes of the commands since the log was last cleared, from low to high, as soon as each
-    /// has begun; just -1 when one does not. Status reports in between count as commands.
+    /// has begun; just -1 when one does not.
     QVector<int> commands() const;
 
     /// The log's lines that are in @p wanted.
@@ -69,6 +69,10 @@ protected:
     std::unique_ptr<LogRecorder> log;
     std::unique_ptr<QtCalls> calls;
     MainWindow* view = nullptr;
+
+private:
+    bool readersHaveBegun() const;
+    int commandsGiven() const;
 };
 
 /// Runs a test of the window's as the whole program, and ends as the controller does: without

@@ -88,7 +88,7 @@ void TestMainWindowStatus::stepsOfAStatusComeInTheirOrder()
 
 void TestMainWindowStatus::equalStatusReachesTheViewToo()
 {
-    view->onStatusChanged(StatusReady);
+    QVERIFY(makeReady());
     view->startAutoCalibration();
     QCOMPARE(root("isLoading").toBool(), true);
     view->onStatusChanged(StatusReady);
