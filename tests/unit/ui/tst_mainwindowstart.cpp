@@ -1,177 +1,89 @@
-#include "app/resources.h"
-#include "base/workerthread.h"
-#include "settings/globalsettings.h"
-#include "support/logrecorder.h"
-#include "ui/mainwindow.h"
-#include "ui/mywidget.h"
+#include "support/windowfixture.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPointer>
 #include <QQuickItem>
 #include <QScreen>
 #include <QSplashScreen>
-#include <QTest>
 
-#include <cstdio>
-#include <memory>
-#include <unistd.h>
-
-/// Builds one window after the other, each under settings of its own. Windows are left behind as
-/// the program leaves its one.
-class TestMainWindowStart : public QObject
+/// The construction of the window, under settings that each function makes.
+class TestMainWindowStart : public WindowFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void stepsComeInTheirOrder();
     void splashGoesAfterTenSeconds();
+    void splashIsTheBrands_data();
+    void splashIsTheBrands();
     void autoStartFalseIsShownButNotHeld();
     void autoStartTrueIsSavedAtOnce();
     void isTouchIsNegated_data();
     void isTouchIsNegated();
     void pointerModeComesFromTheSettings_data();
     void pointerModeComesFromTheSettings();
-    void trayFollowsTheDesktop_data();
-    void trayFollowsTheDesktop();
     void adviceIsDisabledAsRemembered_data();
     void adviceIsDisabledAsRemembered();
+    void slowScreenIsToldOf_data();
+    void slowScreenIsToldOf();
     void everyBrandEndsUpShown_data();
     void everyBrandEndsUpShown();
     void windowIsCentredAndFixed();
+    void viewTakesTheKeyboard();
     void firmwareCannotBeUpdatedYet();
-    void stylusOnlyIsTheSetting();
+    void nothingIsSaidOrCommanded();
     void bareViewHasItsInitialValues();
-    void cleanupTestCase();
-
-private:
-    void build();
-    QAction* action(const QString& text) const;
-    QString userIni() const { return folder.filePath("user.ini"); }
-    QVariant root(const char* name) const { return view->rootObject()->property(name); }
-    QWidget* topLevel() const;
-
-    QTemporaryDir folder;
-    std::unique_ptr<LogRecorder> log;
-    MainWindow* view = nullptr;
 };
 
-void TestMainWindowStart::initTestCase()
-{
-    initResources();
-    qunsetenv("DISPLAY"); // no GTK here: the indicator's own tests have it
-    GS* settings = GS::instance();
-    settings->penSettingsPath = folder.filePath("pensettings.ini").toStdString();
-    settings->userIniPath = userIni().toStdString();
-    log = std::make_unique<LogRecorder>();
-}
-
-void TestMainWindowStart::init()
-{
-    log->clear();
-    QFile::remove(userIni());
-}
-
-void TestMainWindowStart::cleanup()
-{
-    GS* settings = GS::instance();
-    settings->autostart = true;
-    settings->isTouch = 1;
-    settings->singlePointerMode = 0;
-    settings->acPopUpEnabled = true;
-    settings->brand = 0;
-    settings->stylusOnly = false;
-    qunsetenv("XDG_CURRENT_DESKTOP");
-    if (view)
-        view->hide();
-}
-
-void TestMainWindowStart::cleanupTestCase()
-{
-    WorkerThread::stopAll();
-    QVERIFY(WorkerThread::waitForAll(20000));
-    log.reset();
-}
-
-void TestMainWindowStart::build()
-{
-    view = new MainWindow("Open", "Exit", "1.4.121");
-}
-
-QWidget* TestMainWindowStart::topLevel() const
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (qobject_cast<MyWidget*>(widget) && widget->isVisible())
-            return widget;
-    }
-    return nullptr;
-}
-
-QAction* TestMainWindowStart::action(const QString& text) const
-{
-    for (QAction* candidate : topLevel()->findChildren<QAction*>()) {
-        if (candidate->text() == text)
-            return candidate;
-    }
-    return nullptr;
-}
-
-void TestMainWindowStart::stepsComeInTheirOrder()
-{
-    build();
-    QStringList told;
-    const QStringList wanted {"splash image for brand:  \"qor\"",
-                              "showing splash ",
-                              "qml loaded",
-                              "load main.qml",
-                              "Autostart is enabled!",
-                              "auto Start clicked",
-                              " single pointer mode "};
-    for (const LogRecorder::Line& line : log->lines()) {
-        if (wanted.contains(line.text))
-            told.append(line.text);
-    }
-    QCOMPARE(told, wanted);
-    QCOMPARE(log->count("closing splash "), 0); // it stays beside the window
-    QVERIFY(topLevel());
-    QCOMPARE(root("status").toInt(), 1);
-}
+// --- Splash -----------------------------------------------------------------------------------
 
 void TestMainWindowStart::splashGoesAfterTenSeconds()
 {
-    QElapsedTimer clock;
-    clock.start();
     build();
-    QPointer<QSplashScreen> splash;
+    QWidget* splash = nullptr;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (widget->isVisible() && qobject_cast<QSplashScreen*>(widget))
-            splash = qobject_cast<QSplashScreen*>(widget);
+            splash = widget;
     }
     QVERIFY(splash);
-    QTRY_VERIFY_WITH_TIMEOUT(!splash->isVisible(), 60000);
-    // Qt may end a wait of this length up to a twentieth early.
-    QVERIFY2(clock.elapsed() >= 9400, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(toldOf("singleShot"), QStringList {"Splash.singleShot(10000)"});
+    calls->runTimers();
+    QVERIFY(!splash->isVisible());
 }
+
+void TestMainWindowStart::splashIsTheBrands_data()
+{
+    QTest::addColumn<int>("brand");
+    QTest::newRow("qor") << 0;
+    QTest::newRow("tal") << 1;
+    QTest::newRow("wendle") << 2;
+    QTest::newRow("nobrand") << 3;
+    QTest::newRow("marrowby") << 4;
+}
+
+void TestMainWindowStart::splashIsTheBrands()
+{
+    QFETCH(int, brand);
+    GS::instance()->brand = brand;
+    build();
+    QCOMPARE(log->count(QString("splash image for brand:  \"%1\"").arg(QTest::currentDataTag())),
+             1);
+}
+
+// --- Settings ---------------------------------------------------------------------------------
 
 void TestMainWindowStart::autoStartFalseIsShownButNotHeld()
 {
     GS::instance()->autostart = false;
     build();
     QCOMPARE(root("isAutoStart").toBool(), false);
-    QVERIFY(!QFile::exists(userIni()));
+    QVERIFY(!QFile::exists(file("user.ini")));
     QCOMPARE(log->count("Autostart is enabled!"), 0);
     // The controller's own flag is true, so that the first click writes false again.
     view->toggleAutoStart();
     QCOMPARE(root("isAutoStart").toBool(), false);
     QCOMPARE(GS::instance()->autostart, false);
-    QVERIFY(QFile::exists(userIni()));
+    QVERIFY(QFile::exists(file("user.ini")));
     view->toggleAutoStart();
     QCOMPARE(root("isAutoStart").toBool(), true);
     QCOMPARE(GS::instance()->autostart, true);
@@ -181,7 +93,7 @@ void TestMainWindowStart::autoStartTrueIsSavedAtOnce()
 {
     build();
     QCOMPARE(root("isAutoStart").toBool(), true);
-    QVERIFY(QFile::exists(userIni()));
+    QVERIFY(QFile::exists(file("user.ini")));
     view->toggleAutoStart();
     QCOMPARE(root("isAutoStart").toBool(), false);
 }
@@ -224,28 +136,12 @@ void TestMainWindowStart::pointerModeComesFromTheSettings()
     QCOMPARE(action("&Single Input")->isChecked(), single);
     QCOMPARE(action("&Multi Input")->isChecked(), !single);
     QCOMPARE(log->count(line), 1);
+    // Nothing is sent, said or saved.
     QCOMPARE(log->count("Action:"), 0);
+    QCOMPARE(toldOf("showMessage"), QStringList());
 }
 
-void TestMainWindowStart::trayFollowsTheDesktop_data()
-{
-    QTest::addColumn<bool>("hasIcon");
-    for (const char* name : {"unity", "Unity", "UNITY", "uNiTy"})
-        QTest::newRow(name) << false;
-    for (const char* name : {"ubuntu:GNOME", "Unity:Unity7:ubuntu", "GNOME", "MATE", ""})
-        QTest::newRow(name) << true;
-}
-
-void TestMainWindowStart::trayFollowsTheDesktop()
-{
-    QFETCH(bool, hasIcon);
-    qputenv("XDG_CURRENT_DESKTOP", QTest::currentDataTag());
-    build();
-    QCOMPARE(bool(view->findChild<QSystemTrayIcon*>()), hasIcon);
-    // Without one, what would use it does nothing.
-    view->hideMessage();
-    view->showMessage("text");
-}
+// --- Warnings ---------------------------------------------------------------------------------
 
 void TestMainWindowStart::adviceIsDisabledAsRemembered_data()
 {
@@ -268,30 +164,49 @@ void TestMainWindowStart::adviceIsDisabledAsRemembered()
     QCOMPARE(advice->property("isDisabled").toBool(), !enabled);
 }
 
+void TestMainWindowStart::slowScreenIsToldOf_data()
+{
+    QTest::addColumn<double>("rate");
+    QTest::addColumn<bool>("told");
+    QTest::newRow("fast") << 60.0 << false;
+    QTest::newRow("slow") << 30.0 << true;
+}
+
+void TestMainWindowStart::slowScreenIsToldOf()
+{
+    QFETCH(double, rate);
+    QFETCH(bool, told);
+    calls->refreshRate = rate;
+    build();
+    QCOMPARE(log->count("show freq error"), told ? 1 : 0);
+    QCOMPARE(log->count("show freq warning popup"), told ? 1 : 0);
+}
+
+// --- Window -----------------------------------------------------------------------------------
+
 void TestMainWindowStart::everyBrandEndsUpShown_data()
 {
-    QTest::addColumn<int>("brand");
-    QTest::addColumn<QString>("code");
-    QTest::newRow("qor") << 0 << "qor";
-    QTest::newRow("tal") << 1 << "tal";
-    QTest::newRow("wendle") << 2 << "wendle";
-    QTest::newRow("marrowby") << 4 << "marrowby";
-    QTest::newRow("nobrand") << 3 << "nobrand";
+    splashIsTheBrands_data();
 }
 
 void TestMainWindowStart::everyBrandEndsUpShown()
 {
     QFETCH(int, brand);
-    QFETCH(QString, code);
+    const bool remotePen = brand == 1;
     GS::instance()->brand = brand;
     build();
     QVERIFY(topLevel());
+    QVERIFY(topLevel()->isVisible());
     QCOMPARE(topLevel()->windowTitle(), QString("Vireon"));
-    QCOMPARE(log->count(QString("splash image for brand:  \"%1\"").arg(code)), 1);
-    // The hook of the file menu is there for one brand, and does nothing.
+    // One brand's is visible while its menus are built.
+    const QStringList lines =
+        told({"MyWidget.setVisible(true)", "MyWidget.setVisible(false)", "QMenuBar.addMenu(File)"});
+    QCOMPARE(lines.first(), QString("MyWidget.setVisible(%1)").arg(remotePen ? "true" : "false"));
+    QCOMPARE(lines.mid(1), QStringList({"QMenuBar.addMenu(File)", "MyWidget.setVisible(true)"}));
+    // The hook of the file menu is there for that brand only, and does nothing.
     QMenu* fileMenu = topLevel()->findChild<QMenuBar*>()->actions().first()->menu();
     QCOMPARE(QObject::disconnect(fileMenu, &QMenu::aboutToShow, view, &MainWindow::onFileMenuShow),
-             brand == 1);
+             remotePen);
 }
 
 void TestMainWindowStart::windowIsCentredAndFixed()
@@ -303,6 +218,18 @@ void TestMainWindowStart::windowIsCentredAndFixed()
                  - QPoint((frame.width() - 1) / 2, (frame.height() - 1) / 2));
     QCOMPARE(topLevel()->minimumSize(), frame.size());
     QCOMPARE(topLevel()->maximumSize(), frame.size());
+}
+
+void TestMainWindowStart::viewTakesTheKeyboard()
+{
+    build();
+    const QWidget* container = nullptr;
+    for (const QWidget* widget : topLevel()->findChildren<QWidget*>()) {
+        if (widget->inherits("QWindowContainer"))
+            container = widget;
+    }
+    QVERIFY(container);
+    QCOMPARE(container->focusPolicy(), Qt::StrongFocus);
 }
 
 void TestMainWindowStart::firmwareCannotBeUpdatedYet()
@@ -318,13 +245,12 @@ void TestMainWindowStart::firmwareCannotBeUpdatedYet()
     }
 }
 
-void TestMainWindowStart::stylusOnlyIsTheSetting()
+void TestMainWindowStart::nothingIsSaidOrCommanded()
 {
     build();
-    for (const bool value : {true, false}) {
-        GS::instance()->stylusOnly = value;
-        QCOMPARE(view->stylusOnly(), value);
-    }
+    QCOMPARE(log->count("Action:"), 0);
+    QCOMPARE(toldOf("showMessage"), QStringList());
+    QCOMPARE(log->count("starting "), 0);
 }
 
 void TestMainWindowStart::bareViewHasItsInitialValues()
@@ -348,12 +274,7 @@ void TestMainWindowStart::bareViewHasItsInitialValues()
 
 int main(int argc, char* argv[])
 {
-    const QApplication application(argc, argv);
-    TestMainWindowStart test;
-    const int failures = QTest::qExec(&test, argc, argv);
-    // As the program does: the windows and what they leave to the kernel are not deleted.
-    std::fflush(nullptr);
-    _exit(failures);
+    runWindowTest<TestMainWindowStart>(argc, argv);
 }
 
 #include "tst_mainwindowstart.moc"
