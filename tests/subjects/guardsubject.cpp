@@ -9,11 +9,13 @@
 //   end    destroy all guards and end: "ended"
 // Between two words its event loop runs.
 #include "base/filelock.h"
+#include "base/keyfile.h"
 #include "ipc/runguard.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 
 #include <cstdio>
 #include <iostream>
@@ -56,6 +58,9 @@ void lock(const QString& key)
     const QByteArray hash =
         QCryptographicHash::hash((key + "_memLockKey").toUtf8(), QCryptographicHash::Sha1).toHex();
     static const FileLock fileLock(QDir::tempPath() + "/runguard_" + hash + ".lock", lockWaitMs);
+    const QString semaphorePath = KeyFile::semaphorePath(QString::fromLatin1(hash));
+    if (!QFile::exists(semaphorePath))
+        KeyFile::prepareSemaphore(semaphorePath);
     static QSystemSemaphore semaphore(QString::fromLatin1(hash), 1);
     semaphore.acquire();
     say(fileLock.isHeld() ? "locked" : "not locked");

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <sys/stat.h>
+#include <vector>
 
 namespace {
 
@@ -19,7 +20,21 @@ constexpr uid_t otherUser = 65534;
 key_t plainKey(const QString& path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadWrite) ? ftok(QFile::encodeName(path), 'Q') : -1;
+    return file.open(QIODevice::ReadWrite) ? KeyFile::keyOf(path) : -1;
+}
+
+/// The key of a new file at @p path, of which this machine knows no object yet.
+key_t unusedKey(const QString& path)
+{
+    std::vector<std::unique_ptr<QFile>> refused; // their inode numbers do not come again
+    key_t key = plainKey(path);
+    while (key != -1 && (semget(key, 0, 0) >= 0 || shmget(key, 0, 0) >= 0)) {
+        refused.push_back(std::make_unique<QFile>(path));
+        if (!refused.back()->open(QIODevice::ReadOnly) || unlink(QFile::encodeName(path)) != 0)
+            return -1;
+        key = plainKey(path);
+    }
+    return key;
 }
 
 } // namespace
@@ -70,7 +85,7 @@ void TestKeyFile::pathsAreThoseOfQt()
 void TestKeyFile::semaphoreGetsAKeyOfItsOwn()
 {
     const QString path = KeyFile::semaphorePath(theKey);
-    const key_t used = plainKey(path);
+    const key_t used = unusedKey(path);
     QVERIFY(semget(used, 1, IPC_CREAT | 0600) >= 0);
     QVERIFY(QFile::remove(path));
     if (plainKey(path) != used)
@@ -85,7 +100,7 @@ void TestKeyFile::semaphoreGetsAKeyOfItsOwn()
 void TestKeyFile::segmentGetsAKeyOfItsOwn()
 {
     const QString path = QSharedMemory(theKey).nativeKey();
-    const key_t used = plainKey(path);
+    const key_t used = unusedKey(path);
     const int segment = shmget(used, 1, IPC_CREAT | 0600);
     QVERIFY(segment >= 0);
     QVERIFY(QFile::remove(path));
@@ -101,7 +116,7 @@ void TestKeyFile::segmentGetsAKeyOfItsOwn()
 void TestKeyFile::leftOverSemaphoreGoes()
 {
     const QString path = KeyFile::semaphorePath(theKey);
-    const int old = semget(plainKey(path), 1, IPC_CREAT | 0600); // and taken: its value is 0
+    const int old = semget(unusedKey(path), 1, IPC_CREAT | 0600); // and taken: its value is 0
     QVERIFY(old >= 0);
     QVERIFY(KeyFile::prepareSemaphore(path));
     QVERIFY(QFile::exists(path));
@@ -114,7 +129,7 @@ void TestKeyFile::leftOverSemaphoreGoes()
 void TestKeyFile::segmentOfThisUserStays()
 {
     const QString path = KeyFile::segmentPath(theKey);
-    const key_t used = plainKey(path);
+    const key_t used = unusedKey(path);
     const int segment = shmget(used, 1, IPC_CREAT | 0600);
     QVERIFY(KeyFile::prepareSegment(path));
     QCOMPARE(KeyFile::keyOf(path), used);
@@ -160,8 +175,8 @@ void TestKeyFile::keyOfAnotherUsersObjectIsNotTaken()
         QSKIP("only root can make objects of other users");
     const QString path = temporary->path() + "/key";
     const QString segmentsPath = temporary->path() + "/other";
-    const key_t used = plainKey(path);
-    const key_t usedBySegment = plainKey(segmentsPath);
+    const key_t used = unusedKey(path);
+    const key_t usedBySegment = unusedKey(segmentsPath);
     QVERIFY(seteuid(otherUser) == 0);
     const int segment = shmget(usedBySegment, 1, IPC_CREAT | 0600);
     const int semaphore = semget(used, 1, IPC_CREAT | 0600);
@@ -180,11 +195,11 @@ void TestKeyFile::keyOfAnotherUsersObjectIsNotTaken()
 void TestKeyFile::objectsAreRemovedWithTheirFiles()
 {
     const QString path = temporary->path() + "/key";
-    const int semaphore = semget(plainKey(path), 1, IPC_CREAT | 0600);
+    const int semaphore = semget(unusedKey(path), 1, IPC_CREAT | 0600);
     KeyFile::removeSemaphore(path);
     QVERIFY(!QFile::exists(path));
     QVERIFY(semctl(semaphore, 0, GETVAL) < 0);
-    const int segment = shmget(plainKey(path), 1, IPC_CREAT | 0600);
+    const int segment = shmget(unusedKey(path), 1, IPC_CREAT | 0600);
     KeyFile::removeSegment(path);
     QVERIFY(!QFile::exists(path));
     shmid_ds state = {};

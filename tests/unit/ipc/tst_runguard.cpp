@@ -656,8 +656,7 @@ void TestRunGuard::namesInUseHinderNobody()
 
 void TestRunGuard::keyInUseByAnotherProgramHindersNobody()
 {
-    QFile keyFile(markerPath());
-    QVERIFY(keyFile.open(QIODevice::WriteOnly));
+    QVERIFY(KeyFile::prepareSegment(markerPath()));
     const int segment = shmget(KeyFile::keyOf(markerPath()), 4, IPC_CREAT | 0600);
     void* const memory = shmat(segment, nullptr, 0);
     Copy first;
