@@ -73,8 +73,6 @@ private:
     bool prepareLock(QString const& variant);
     bool prepareMarker(QString const& variant);
     void detachMarker();
-    void abandonMarker();
-    void forgetMarker();
     void renewMarker();
     QString lockPath() const;
 

@@ -24,10 +24,12 @@ public:
         return forEach([](int) {}, [](int) {});
     }
 
+    /// Removes them. The ids of its processes are forgotten: others will get them.
     static void removeAll()
     {
         forEach([](int semaphore) { semctl(semaphore, 0, IPC_RMID); },
                 [](int segment) { shmctl(segment, IPC_RMID, nullptr); });
+        users() = {getpid()};
     }
 
 private:
