@@ -8,6 +8,7 @@
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
 #include "ui/firmwareprompt.h"
+#include "ui/inputfocus.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
 #include "ui/messagechannel.h"
@@ -128,7 +129,8 @@ void MainWindow::createTray(const QString& openText, const QString& exitText)
 void MainWindow::createIndicator(const QString& openText, const QString& exitText)
 {
     trayIconManager = new LinuxTrayIconManager;
-    connect(trayIconManager, &LinuxTrayIconManager::trayIconClicked, this, &MainWindow::showWindow);
+    connect(trayIconManager, &LinuxTrayIconManager::trayIconClicked, this,
+            &MainWindow::bringToFront);
     connect(trayIconManager, &LinuxTrayIconManager::trayIconQuit, this, &MainWindow::exitApp);
     trayIconManager->createIndicator(openText, exitText);
 }
@@ -144,7 +146,7 @@ void MainWindow::createTrayIcon(const QString& exitText)
     trayMenu->addAction(trayExitAction);
     trayIcon->setContextMenu(trayMenu);
     connect(trayIcon, &QSystemTrayIcon::activated, this, &MainWindow::onTrayIconClicked);
-    connect(trayIcon, &QSystemTrayIcon::messageClicked, this, &MainWindow::showWindow);
+    connect(trayIcon, &QSystemTrayIcon::messageClicked, this, &MainWindow::bringToFront);
 }
 
 void MainWindow::loadView()
@@ -194,7 +196,7 @@ void MainWindow::installMenuBar()
     menuBar = new QMenuBar;
     createMenus();
     frame->installMenuBar(*menuBar, windowSize);
-    new KeyboardRouter(this, window, menuBar, this);
+    new KeyboardRouter(this, container, menuBar, this);
 }
 
 void MainWindow::applyPointerMode()
@@ -332,13 +334,13 @@ void MainWindow::showWindow()
 void MainWindow::bringToFront()
 {
     showWindow();
-    window->activateWindow();
+    bringUpForUser(*window->windowHandle());
 }
 
 void MainWindow::onTrayIconClicked(QSystemTrayIcon::ActivationReason reason)
 {
     if (reason == QSystemTrayIcon::Trigger)
-        showWindow();
+        bringToFront();
 }
 
 void MainWindow::onClosing()

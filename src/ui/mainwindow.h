@@ -55,7 +55,8 @@ public:
     void show();
     void hide();
 
-    /// Shows the window and makes it the active one, for a user who has started the program again.
+    /// Shows the window on top of all others and gives it the keyboard, for a user who asks for it:
+    /// starts the program again, clicks its icon or a message.
     void bringToFront();
 
     void createActions();

@@ -205,14 +205,12 @@ class App:
 
     def windows(self):
         """X ids of its windows on the screen, the lowest first."""
-        listed = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
-        return [window for window in re.findall(r"0x[0-9a-f]+", listed)
+        return [window for window in self.desktop.windows()
                 if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
 
     def _is_active(self):
         """Whether one of its windows is the active one."""
-        shown = self.desktop.run("xprop", "-root", "_NET_ACTIVE_WINDOW")
-        return any(window in self.windows() for window in re.findall(r"0x[0-9a-f]+", shown))
+        return self.desktop.active_window() in self.windows()
 
     def screenshot(self, path):
         """Saves a picture of its topmost window with the frame around it."""

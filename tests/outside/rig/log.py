@@ -17,9 +17,6 @@ ALLOWED = (
     re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
     # The indicator's library asks plain entries for a mark.
     re.compile(r"Gtk-CRITICAL .*gtk_check_menu_item_get_active"),
-    # Qt gives the view its focus back before the hidden window around it is on the screen again;
-    # it gets the focus all the same, with that window.
-    re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
     # A window that is shown, hidden and shown at once: Qt hears of the first showing after the
     # hiding and takes it for mapped.
     re.compile(r"QXcbWindow::setNetWmStateOnUnmappedWindow\(\) called on mapped window"),
