@@ -2,6 +2,7 @@
 
 #include "ui/desktopnotifier.h"
 #include "ui/linuxtrayiconmanager.h"
+#include "ui/traywatch.h"
 
 #include <QSystemTrayIcon>
 
@@ -17,12 +18,13 @@ MessageChannel::MessageChannel(QSystemTrayIcon* trayIcon, LinuxTrayIconManager* 
     , icon(trayIcon)
     , indicator(trayIconManager)
     , notifier(trayIcon ? new DesktopNotifier(this) : nullptr)
+    , trayWatch(trayIcon ? new TrayWatch(this) : nullptr)
 {
 }
 
 bool MessageChannel::hasTray() const
 {
-    return indicator || QSystemTrayIcon::isSystemTrayAvailable();
+    return indicator || trayWatch->hasTray();
 }
 
 void MessageChannel::show(const QString& title, const QString& text)
