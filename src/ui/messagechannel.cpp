@@ -24,7 +24,7 @@ MessageChannel::MessageChannel(QSystemTrayIcon* trayIcon, LinuxTrayIconManager* 
 
 bool MessageChannel::hasTray() const
 {
-    return indicator || trayWatch->hasTray();
+    return indicator ? indicator->hasIndicator() : trayWatch->hasTray();
 }
 
 void MessageChannel::show(const QString& title, const QString& text)
