@@ -124,6 +124,7 @@ void MainWindow::createTray(const QString& openText, const QString& exitText)
     else
         createTrayIcon(exitText);
     messages = new MessageChannel(trayIcon, trayIconManager, this);
+    connect(messages, &MessageChannel::clicked, this, &MainWindow::bringToFront);
 }
 
 void MainWindow::createIndicator(const QString& openText, const QString& exitText)

@@ -20,6 +20,8 @@ MessageChannel::MessageChannel(QSystemTrayIcon* trayIcon, LinuxTrayIconManager* 
     , notifier(trayIcon ? new DesktopNotifier(this) : nullptr)
     , trayWatch(trayIcon ? new TrayWatch(this) : nullptr)
 {
+    if (notifier)
+        connect(notifier, &DesktopNotifier::messageClicked, this, &MessageChannel::clicked);
 }
 
 bool MessageChannel::hasTray() const

@@ -32,6 +32,10 @@ public:
     /// Takes the message away that is shown. Not on Unity.
     void hide();
 
+signals:
+    /// The user has clicked a message. Of the tray icon's the icon itself tells.
+    void clicked();
+
 private:
     QSystemTrayIcon* const icon;
     LinuxTrayIconManager* const indicator;

@@ -44,8 +44,29 @@ def test_message_is_shown_for_five_seconds(bus, daemon, notifier):
     ((method, arguments),) = calls(bus, 1)
     assert method == "Notify"
     assert arguments == ["Vireon", 0, "/usr/local/bin/Vireon/Corvanthel.png", "Vireon",
-                         "Läuft im Hintergrund 実行中", [],
+                         "Läuft im Hintergrund 実行中", ["default", "Open"],
                          {"desktop-entry": "com.corvanthel.Vireon"}, 5000]
+
+
+def test_click_on_a_message_is_told_once_for_each(bus, daemon, notifier):
+    def emit(name, signature, *arguments):
+        bus.call(*SERVICE, "org.freedesktop.DBus.Mock", "EmitSignal", "(sssav)", SERVICE[0], name,
+                 signature, [bus.variant(kind, value) for kind, value in zip(signature, arguments)])
+
+    for text in "AB":
+        do(notifier, "show", "Vireon", text)
+    calls(bus, 2)
+    for number in (1, 2):
+        emit("ActionInvoked", "us", number, "default")
+        assert notifier.answer() == "clicked"
+    # Another program's message, another action, and a message that is gone.
+    emit("ActionInvoked", "us", 3, "default")
+    emit("ActionInvoked", "us", 1, "other")
+    emit("NotificationClosed", "uu", 1, 2)
+    emit("ActionInvoked", "us", 1, "default")
+    emit("ActionInvoked", "us", 2, "default")
+    assert notifier.answer() == "clicked"
+    do(notifier, "show", "Vireon", "C")
 
 
 def test_messages_keep_their_order(bus, daemon, notifier):
