@@ -21,6 +21,7 @@
 #include <QTranslator>
 
 #include <cstdio>
+#include <cstdlib>
 #include <unistd.h>
 
 // How the program ends. MainWindow::exitApp() is the only way out, for the user and, through
@@ -72,8 +73,9 @@ void prepareApplication()
     chooseRenderer();
 }
 
-/// Makes and shows the main window, and starts the engine.
-void start(QTranslator& translator)
+/// Makes and shows the main window, and starts the engine. False when there is nothing to show: the
+/// user knows then.
+bool start(QTranslator& translator)
 {
     qDebug() << "Start vireon-main";
     installTranslation(translator);
@@ -86,12 +88,17 @@ void start(QTranslator& translator)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
     auto* quitRequests = new QuitRequests(mainWindow);
     QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
+    if (!mainWindow->hasView()) {
+        mainWindow->showViewError();
+        return false;
+    }
     auto* service = new ApplicationService(mainWindow);
     QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
                      &MainWindow::bringToFront);
     service->start();
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
+    return true;
 }
 
 /// Ends the threads once the event loop has ended. False when one is still alive, in a tool that
@@ -133,8 +140,7 @@ int run(int& argc, char** argv)
         return 0;
     }
     QTranslator translator;
-    start(translator);
-    const int status = QApplication::exec();
+    const int status = start(translator) ? QApplication::exec() : EXIT_FAILURE;
     if (!endThreads()) {
         guard.release();
         leave(status);

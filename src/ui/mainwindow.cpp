@@ -159,11 +159,10 @@ void MainWindow::loadView()
     if (viewRoot.exists())
         return;
     // The compiled view fits one Qt version only, so that an update of Qt can end here.
-    QString text = tr("The main view cannot be loaded. Please install Vireon again.");
+    viewError = tr("The main view cannot be loaded. Please install Vireon again.");
     for (const QQmlError& error : errors())
-        text += QLatin1Char('\n') + error.toString();
-    qCritical().noquote() << text;
-    QMessageBox::critical(nullptr, appTitle, text);
+        viewError += QLatin1Char('\n') + error.toString();
+    qCritical().noquote() << viewError;
 }
 
 void MainWindow::writeInitialProperties(const QString& versionText)
@@ -222,6 +221,17 @@ void MainWindow::showWarnings()
     }
     if (!GS::instance()->acPopUpEnabled)
         viewRoot.disableAcPopUp();
+}
+
+void MainWindow::showViewError()
+{
+    splash->slotCloseWindow();
+    if (trayIcon)
+        trayIcon->hide();
+    hide();
+    QMessageBox box(QMessageBox::Critical, appTitle, viewError);
+    box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    box.exec();
 }
 
 // --- Menus and their pages --------------------------------------------------------------------
@@ -673,6 +683,8 @@ void MainWindow::onWakingUp()
 
 void MainWindow::exitApp()
 {
+    if (quitting)
+        return;
     sdk->trigger(SdkHelper::QuitEngine);
     if (trayIcon)
         trayIcon->hide();

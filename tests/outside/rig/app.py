@@ -51,11 +51,12 @@ class App:
 
     # --- The program ------------------------------------------------------------------------
 
-    def start(self, *arguments):
-        """Starts it; returns at once. Its log and output go on in the same files."""
+    def start(self, *arguments, by=()):
+        """Starts it, by way of a command that becomes it; returns at once. Its log and output go on
+        in the same files."""
         with open(self._log_path, "ab") as errors, open(self._output_path, "ab") as output:
             self.process = processes.spawn(
-                [self.programs / "vireon", *arguments], env=self.environment(),
+                [*by, self.programs / "vireon", *arguments], env=self.environment(),
                 cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=errors)
         return self
 
