@@ -323,6 +323,7 @@ void MainWindow::onGetHelpTriggered()
 void MainWindow::show()
 {
     windowVisible = true;
+    frame->keepOnScreen();
     window->show();
 }
 
@@ -375,8 +376,6 @@ void MainWindow::onResolutionChanged(int width, int height)
     const bool wasVisible = windowVisible;
     if (wasVisible)
         hideWindow();
-    if (frame)
-        frame->keepOnScreen();
     if (wasVisible)
         showWindow();
     viewRoot.checkAspectRatio();

@@ -16,6 +16,8 @@ from .mate import Mate, MateSession
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
+from .twoscreens import TwoScreens
 
 __all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
-           "Subject", "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]
+           "Subject", "TwoScreens", "adopt_orphans", "is_running", "memory_of", "stage", "step",
+           "wait_for"]
