@@ -1,5 +1,5 @@
-# The options of our own code: every target of this project links vireon-options. The sanitizer
-# is chosen by the preset ("address;undefined", "thread" or empty).
+# The compiler's options for our own code: every target of this project links vireon-options. The
+# preset chooses the sanitizers ("address;undefined", "thread" or none).
 set(VIREON_SANITIZERS "" CACHE STRING "Sanitizers for our own code, separated by semicolons")
 
 add_library(vireon-options INTERFACE)

@@ -2,7 +2,6 @@
 # Compiles every .qml and .js file of the resource file ahead of time and puts the sources to be
 # built into <variable>. The resource tree keeps the paths, with an empty payload: the engine finds
 # the compiled unit of a path and never reads its text. Call Q_INIT_RESOURCE(<file>) to register.
-find_package(Qt5 5.15 REQUIRED COMPONENTS Core Qml)
 get_target_property(VIREON_QMAKE Qt5::qmake IMPORTED_LOCATION)
 execute_process(COMMAND "${VIREON_QMAKE}" -query QT_INSTALL_BINS
     OUTPUT_VARIABLE qtBinaries OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

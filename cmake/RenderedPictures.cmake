@@ -2,7 +2,7 @@
 # Renders all pictures from assets/ and puts the sources that compile them into the resource tree
 # below ":/qml" into <sources>, and the rendered files into <files>: a target needs both. Call
 # Q_INIT_RESOURCE(pictures) to register. Icon files to be installed end up in the build tree's
-# share/. The script itself tells what it writes, so that there is one list.
+# share/. The script tells what it writes, so that the list exists once.
 find_program(VIREON_RSVG_CONVERT rsvg-convert REQUIRED)
 
 function(vireon_render_pictures sourcesVariable filesVariable)

@@ -5,9 +5,9 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${colourScripts})
 
 set(VIEW_COLOURS "")
 foreach(script IN LISTS colourScripts)
-    file(STRINGS "${script}" lines REGEX "^var [a-z]+[0-9]* = \"#")
+    file(STRINGS "${script}" lines REGEX "^var [A-Za-z0-9]+ = \"#")
     foreach(line IN LISTS lines)
-        string(REGEX REPLACE "^var ([a-z]+[0-9]*) = (\"#[0-9A-Fa-f]+\").*"
+        string(REGEX REPLACE "^var ([A-Za-z0-9]+) = (\"#[0-9A-Fa-f]+\").*"
             "constexpr char \\1[] = \\2;" line "${line}")
         string(APPEND VIEW_COLOURS "${line}\n")
     endforeach()

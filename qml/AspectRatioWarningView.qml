@@ -3,22 +3,18 @@ import "theme.js" as Theme
 
 // Tells that the screen is not 16:9 and offers what to do about it: at once on the first screen, in
 // the settings of the graphics card on the second.
-Rectangle {
+Layer {
     id: root
 
     function show() {
-        if (visible)
+        if (isOpen)
             return;
-        focusKeeper.raise(root);
-        visible = true;
+        open();
         showFirstScreen();
     }
 
     function hide() {
-        if (!visible)
-            return;
-        visible = false;
-        focusKeeper.giveBack();
+        close();
     }
 
     function showFirstScreen() {
@@ -33,22 +29,13 @@ Rectangle {
         backBtn.forceActiveFocus();
     }
 
-    visible: false
+    first: ignoreBtn
     color: Theme.surface
 
     Accessible.role: Accessible.Dialog
     Accessible.name: firstText.plainText
 
-    Keys.onEscapePressed: hide()
-
-    FocusKeeper {
-        id: focusKeeper
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-    }
+    onEscaped: hide()
 
     Item {
         id: firstScreen
@@ -65,7 +52,7 @@ Rectangle {
             verticalAlignment: Text.AlignVCenter
             wrapMode: Text.WordWrap
             textFormat: Text.RichText
-            color: "#eee"
+            color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 16
             text: qsTr("This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>")
@@ -128,7 +115,7 @@ Rectangle {
             verticalAlignment: Text.AlignVCenter
             wrapMode: Text.WordWrap
             textFormat: Text.RichText
-            color: "#eee"
+            color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 15
             text: qsTr("Apply one of the following changes to achieve better touch accuracy:")

@@ -1,10 +1,9 @@
 import QtQuick 2.15
-import "keyboard.js" as Keyboard
 import "theme.js" as Theme
 
 // One of several choices. A click switches it on, unless "canToggle" is false: its user decides
 // then what the click does to "isToggled".
-Rectangle {
+Pressable {
     id: root
 
     property bool isToggled: false
@@ -14,35 +13,22 @@ Rectangle {
 
     signal clicked()
 
-    function click() {
-        if (isDisabled || !Keyboard.isWithinReach(root))
-            return;
-        if (canToggle)
-            isToggled = true;
-        clicked();
-    }
-
-    color: "#01ffffff"
+    isBlocked: isDisabled
+    ringMargin: -5
+    color: Theme.glass
     height: 35
     width: Math.ceil(buttonContent.width) + 20
-    opacity: isDisabled ? Theme.disabledOpacity : 1.0
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
-    // Qt has no accessible state for it.
-    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
     Accessible.checkable: true
     Accessible.checked: isToggled
-    Accessible.focusable: true
-    Accessible.onPressAction: click()
     Accessible.onToggleAction: click()
 
-    Keys.onPressed: {
-        if (Keyboard.presses(event)) {
-            event.accepted = true;
-            click();
-        }
+    onActivated: {
+        if (canToggle)
+            isToggled = true;
+        clicked();
     }
 
     Rectangle {
@@ -51,9 +37,9 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: -3
         radius: 3
-        color: "white"
-        opacity: buttonMouse.pressed ? 0.1 : 0.2
-        visible: false
+        color: Theme.gloss
+        opacity: buttonMouse.isDown ? 0.1 : 0.2
+        visible: buttonMouse.isOver
     }
 
     Row {
@@ -66,7 +52,7 @@ Rectangle {
         Text {
             anchors.baseline: btnText.baseline
             width: 20
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 22
             text: root.isToggled ? "\uf192" : "\uf10c"
@@ -75,25 +61,13 @@ Rectangle {
         Text {
             id: btnText
 
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: 18
         }
     }
 
-    MouseArea {
+    PressArea {
         id: buttonMouse
-
-        anchors.fill: parent
-        hoverEnabled: true
-        onEntered: whiteHover.visible = !root.isDisabled
-        onExited: whiteHover.visible = false
-        // A finger that is lifted leaves no hover behind.
-        onReleased: whiteHover.visible = containsMouse && !root.isDisabled
-        onClicked: root.click()
-    }
-
-    FocusRing {
-        anchors.margins: -5
     }
 }

@@ -1,50 +1,34 @@
 import QtQuick 2.15
 import "colors.js" as Colors
-import "keyboard.js" as Keyboard
 import "theme.js" as Theme
 
 // A quiet button that leads somewhere: its chevron points to the right, or to the left where it
 // leads back. "btnColor2" is its colour at rest, "btnColor" the present one.
-Rectangle {
+Pressable {
     id: root
 
     property string text
     property bool isDisabled: buttonsDisabled
     property bool isLeft: false
     property bool showDirection: true
-    property color btnColor: isDisabled || !buttonMouse.pressed ? btnColor2 : Colors.primary500
+    property color btnColor: buttonMouse.isDown ? Colors.primary500 : btnColor2
     property int fontSize: 16
     property bool isVisible: true
     property string textIcon: ""
-    property color btnColor2: "#33ffffff"
+    property color btnColor2: Theme.veil
 
     signal clicked()
 
-    function click() {
-        if (Keyboard.isWithinReach(root) && !isDisabled)
-            clicked();
-    }
-
-    color: "transparent"
+    isBlocked: isDisabled
     height: 35
     width: Math.ceil(buttonContent.width) + 30
-    opacity: isDisabled ? Theme.disabledOpacity : 1.0
     visible: isVisible
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
     Accessible.name: text.trim()
-    // Qt has no accessible state for it.
-    Accessible.description: isDisabled ? qsTranslate("controls", "Not available now.") : ""
-    Accessible.focusable: true
-    Accessible.onPressAction: click()
 
-    Keys.onPressed: {
-        if (Keyboard.presses(event)) {
-            event.accepted = true;
-            click();
-        }
-    }
+
+    onActivated: clicked()
 
     Rectangle {
         anchors.fill: parent
@@ -58,9 +42,9 @@ Rectangle {
 
         anchors.fill: parent
         radius: 5
-        color: "white"
+        color: Theme.gloss
         opacity: 0.2
-        visible: buttonMouse.containsMouse && !buttonMouse.pressed && !root.isDisabled
+        visible: buttonMouse.isOver && !buttonMouse.isDown
     }
 
     Row {
@@ -75,7 +59,7 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2
             visible: root.isLeft && root.showDirection
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 16
             text: "\uf053"
@@ -84,7 +68,7 @@ Rectangle {
         Text {
             anchors.baseline: label.baseline
             visible: root.textIcon !== ""
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: root.fontSize
             text: root.textIcon
@@ -93,8 +77,9 @@ Rectangle {
         Text {
             id: label
 
+            visible: !root.isLeft || !root.showDirection || text.trim() !== ""
             anchors.verticalCenter: parent.verticalCenter
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: root.fontSize
             text: root.text
@@ -104,20 +89,14 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2
             visible: !root.isLeft && root.showDirection
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 16
             text: "\uf054"
         }
     }
 
-    MouseArea {
+    PressArea {
         id: buttonMouse
-
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: root.click()
     }
-
-    FocusRing {}
 }

@@ -1,9 +1,9 @@
 import QtQuick 2.15
-import "keyboard.js" as Keyboard
+import "theme.js" as Theme
 
 // A mark with a label. With "autoToggle" a click switches the mark itself; otherwise the mark shows
 // what "isToggled" is bound to, and the click only emits submit().
-Rectangle {
+Pressable {
     id: checkbox
 
     property bool isToggled: true
@@ -12,43 +12,30 @@ Rectangle {
     property string checkMark: "✔"
     property string toolTipText
     // Where something else lies over the check box and has the mouse, it tells so here.
-    property bool isHovered: mouse.containsMouse
-    property bool isPressed: mouse.pressed
+    property bool isHovered: mouse.isOver
+    property bool isPressed: mouse.isDown
 
     signal submit()
 
-    function click() {
-        if (!Keyboard.isWithinReach(checkbox))
-            return;
-        if (autoToggle)
-            isToggled = !isToggled;
-        submit();
-    }
-
-    color: "transparent"
     height: 35
     width: Math.ceil(box.width) + 20
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: text.replace(/<[^>]*>/g, "")
     Accessible.checkable: true
     Accessible.checked: isToggled
-    Accessible.focusable: true
-    Accessible.onPressAction: click()
     Accessible.onToggleAction: click()
 
-    Keys.onPressed: {
-        if (Keyboard.presses(event)) {
-            event.accepted = true;
-            click();
-        }
+    onActivated: {
+        if (autoToggle)
+            isToggled = !isToggled;
+        submit();
     }
 
     ToolTipArea {
         id: toolTip
 
-        showToolTip: checkbox.toolTipText !== "" && (checkbox.isHovered || checkbox.activeFocus)
+        showToolTip: checkbox.toolTipText !== "" && checkbox.isHovered
         toolTipTxt: checkbox.toolTipText
     }
 
@@ -57,7 +44,7 @@ Rectangle {
 
         anchors.fill: parent
         radius: 5
-        color: "white"
+        color: Theme.gloss
         opacity: checkbox.isPressed ? 0.1 : 0.2
         visible: checkbox.isHovered
     }
@@ -74,7 +61,7 @@ Rectangle {
             height: 20
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
-            color: "white"
+            color: Theme.text
             font.pixelSize: 16
             text: checkbox.isToggled ? checkbox.checkMark : ""
 
@@ -83,27 +70,21 @@ Rectangle {
                 radius: 3
                 color: "transparent"
                 border.width: 2
-                border.color: "white"
+                border.color: Theme.outline
             }
         }
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.ceil(implicitWidth) // so that the marks of two boxes line up
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: 16
             text: checkbox.text
         }
     }
 
-    MouseArea {
+    PressArea {
         id: mouse
-
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: checkbox.click()
     }
-
-    FocusRing {}
 }

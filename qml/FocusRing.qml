@@ -1,12 +1,13 @@
 import QtQuick 2.15
+import "theme.js" as Theme
 
-// Shows where the keyboard is: a line around the control whose child it is.
+// Shows where the keyboard is: a line around the Pressable whose child it is.
 Rectangle {
     anchors.fill: parent
     anchors.margins: -3
-    visible: parent.activeFocus
+    visible: parent.isMarked
     color: "transparent"
     radius: 5
     border.width: 2
-    border.color: "white"
+    border.color: Theme.outline
 }

@@ -2,44 +2,25 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import "theme.js" as Theme
 
-// Tells that the display's refresh rate is too low to write on, and shows what that looks like.
-Rectangle {
+// Tells that the display's refresh rate is too low to write on, and shows what that looks like. The
+// animations are in memory only while it is open, one picture of each at a time.
+Layer {
     id: root
 
     readonly property bool isPlaying: visible && Window.visibility !== Window.Hidden
 
     function show() {
+        open();
         console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
-        if (visible)
-            return;
-        focusKeeper.raise(root);
-        visible = true;
-        okBtn.forceActiveFocus();
     }
 
-    function hide() {
-        if (!visible)
-            return;
-        visible = false;
-        focusKeeper.giveBack();
-    }
-
-    visible: false
+    first: okControl
     color: Theme.scrim
 
     Accessible.role: Accessible.Dialog
     Accessible.name: message.text
 
-    Keys.onEscapePressed: hide()
-
-    FocusKeeper {
-        id: focusKeeper
-    }
-
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-    }
+    onEscaped: close()
 
     Rectangle {
         id: popup
@@ -64,16 +45,17 @@ Rectangle {
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     height: 80
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     playing: root.isPlaying
-                    source: "qrc:///qml/30hz.gif"
+                    source: root.isOpen ? "qrc:///qml/30hz.gif" : ""
                 }
 
                 Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     horizontalAlignment: Text.AlignHCenter
-                    color: "white"
-                    font.family: "Helvetica Neue"
+                    color: Theme.text
+                    font.family: Theme.messageFamily
                     font.pixelSize: 14
                     text: qsTr("Slow writing\nspeed at 30Hz")
 
@@ -90,16 +72,17 @@ Rectangle {
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     height: 80
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     playing: root.isPlaying
-                    source: "qrc:///qml/60hz.gif"
+                    source: root.isOpen ? "qrc:///qml/60hz.gif" : ""
                 }
 
                 Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     horizontalAlignment: Text.AlignHCenter
-                    color: "white"
-                    font.family: "Helvetica Neue"
+                    color: Theme.text
+                    font.family: Theme.messageFamily
                     font.pixelSize: 14
                     text: qsTr("Fast writing\nspeed at 60Hz")
 
@@ -128,8 +111,8 @@ Rectangle {
                 id: message
 
                 anchors.verticalCenter: parent.verticalCenter
-                color: "white"
-                font.family: "Helvetica Neue"
+                color: Theme.text
+                font.family: Theme.messageFamily
                 font.pixelSize: 14
                 text: qsTr("To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more.")
 
@@ -141,47 +124,24 @@ Rectangle {
         Image {
             id: okBtn
 
-            function click() {
-                console.log("Settings Button clicked");
-                root.hide();
-            }
-
             anchors { bottom: parent.bottom; bottomMargin: 10; right: parent.right; rightMargin: 20 }
             width: 80
             height: 35
             source: "qrc:///qml/okbtn.png"
-            activeFocusOnTab: true
 
-            Accessible.role: Accessible.Button
-            Accessible.name: qsTr("OK")
-            Accessible.focusable: true
-            Accessible.onPressAction: click()
-
-            KeyNavigation.tab: okBtn
-            KeyNavigation.backtab: okBtn
-            Keys.onReturnPressed: click()
-            Keys.onEnterPressed: click()
-            Keys.onSpacePressed: click()
-
-            Rectangle {
-                anchors.fill: parent
-                radius: 3
-                color: okMouse.pressed ? "black" : "transparent"
-                opacity: okMouse.pressed ? 0.3 : 1
-                border.width: 1
-                border.color: "white"
-                visible: okMouse.containsMouse
-            }
-
-            MouseArea {
-                id: okMouse
+            CButton {
+                id: okControl
 
                 anchors.fill: parent
-                hoverEnabled: true
-                onClicked: okBtn.click()
+                isDisabled: false
+                btnText: qsTr("OK")
+                nextTab: okControl
+                prevTab: okControl
+                onSubmit: {
+                    console.log("Settings Button clicked");
+                    root.close();
+                }
             }
-
-            FocusRing {}
         }
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import "theme.js" as Theme
 
 // A turning glyph and a text, shown while the main view is loading.
 Rectangle {
@@ -23,7 +24,7 @@ Rectangle {
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            color: "white"
+            color: Theme.text
             font.family: fontAwesome.name
             font.pixelSize: 24
             text: "\uf110"
@@ -39,7 +40,7 @@ Rectangle {
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            color: "white"
+            color: Theme.text
             font.family: fontfamily
             font.pixelSize: 20
             text: loadingText

@@ -44,7 +44,7 @@ Window {
 
             readOnly: true
             width: parent.width
-            color: "white"
+            color: Theme.text
         }
     }
 }

@@ -2,28 +2,20 @@ import QtQuick 2.15
 import "theme.js" as Theme
 
 // A panel that slides in from the right and covers the main view. Escape and the chevron in its
-// title bar close it. "content" is a Component with the panel's body; its root item may have a
-// property "first", the control that the keyboard begins with, and "last".
-Rectangle {
+// title bar close it. "content" is a Component with the panel's body; its root item has the
+// properties "first" and "last", the controls between which Tab leads through it.
+Layer {
     id: panel
 
     property string title
     property alias content: loader.sourceComponent
-    property bool isOpen: false
 
     function show() {
-        if (isOpen)
-            return;
-        focusKeeper.raise(panel);
-        isOpen = true;
-        backBtn.forceActiveFocus();
+        open();
     }
 
     function hide() {
-        if (!isOpen)
-            return;
-        isOpen = false;
-        focusKeeper.giveBack();
+        close();
     }
 
     anchors {
@@ -35,20 +27,12 @@ Rectangle {
     width: parent.width
     color: Theme.surface
     visible: isOpen || anchors.rightMargin > -width
-    enabled: isOpen
+    first: backBtn
 
-    Keys.onEscapePressed: hide()
+    onEscaped: hide()
 
     Behavior on anchors.rightMargin {
         NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
-    }
-
-    FocusKeeper {
-        id: focusKeeper
-    }
-
-    MouseArea {
-        anchors.fill: parent
     }
 
     Rectangle {
@@ -56,7 +40,7 @@ Rectangle {
 
         anchors { top: parent.top; left: parent.left; right: parent.right }
         height: 45
-        color: "#33ffffff"
+        color: Theme.veil
 
         CSelectionButton {
             id: backBtn
@@ -74,7 +58,7 @@ Rectangle {
 
         Text {
             anchors { left: backBtn.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
-            color: "#eee"
+            color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 18
             text: panel.title

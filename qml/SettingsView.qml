@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "theme.js" as Theme
 
 // The panel of the settings. Check boxes show the main view's properties, which the controller
 // writes after each click.
@@ -12,7 +13,6 @@ SelectionView {
         // The marks stand at the same edge as the buttons; what shows the hover reaches beyond it.
         readonly property int boxMargin: 10
 
-        bottomPadding: 20 // room for the tooltip
         spacing: 5
 
         Checkbox {
@@ -48,21 +48,23 @@ SelectionView {
 
                 anchors.fill: parent
                 hoverEnabled: true
+                onPressed: isKeepACpuRunningBtn.forgetKeyboard()
                 acceptedButtons: Qt.LeftButton | Qt.RightButton
                 onClicked: {
                     if (mouse.button === Qt.LeftButton)
-                        isKeepACpuRunningBtn.submit();
+                        isKeepACpuRunningBtn.click();
                 }
             }
 
             Image {
                 id: tooltip
 
-                anchors { top: parent.bottom; topMargin: -5 }
-                width: 300
+                // Where nothing can be pressed.
+                anchors { left: parent.right; bottom: parent.bottom; bottomMargin: -5 }
+                width: 240
                 height: 96
                 source: "qrc:///qml/tooltip2.png"
-                opacity: mouseArea.containsMouse || isKeepACpuRunningBtn.activeFocus ? 1 : 0
+                opacity: mouseArea.containsMouse ? 1 : 0
                 visible: opacity > 0
 
                 Behavior on opacity {
@@ -72,10 +74,10 @@ SelectionView {
                 Text {
                     id: explanation
 
-                    anchors { fill: parent; topMargin: 17; bottomMargin: 8; leftMargin: 15; rightMargin: 15 }
+                    anchors { fill: parent; topMargin: 8; bottomMargin: 8; leftMargin: 22; rightMargin: 15 }
                     verticalAlignment: Text.AlignVCenter
                     wrapMode: Text.WordWrap
-                    color: "white"
+                    color: Theme.text
                     font.family: fontfamily
                     font.pixelSize: 13
                     text: qsTr("Keeps a processor awake so that no picture of the sensor is lost. Uses more power.")

@@ -1,11 +1,10 @@
 import QtQuick 2.15
 import "colors.js" as Colors
-import "keyboard.js" as Keyboard
 import "theme.js" as Theme
 
 // A small framed button. With "isToggle" each click switches "toggled"; the button looks pressed
 // then and shows "altButtonText", if there is one. previewPress() comes before press().
-Rectangle {
+Pressable {
     id: root
 
     property bool activeButton: true
@@ -19,14 +18,7 @@ Rectangle {
     signal press()
     signal previewPress()
 
-    function click() {
-        if (!activeButton)
-            return;
-        if (isToggle)
-            toggled = !toggled;
-        submit();
-    }
-
+    isBlocked: !activeButton
     width: innerText.width + 20
     height: 30
     radius: 3
@@ -35,22 +27,17 @@ Rectangle {
         GradientStop { position: 1; color: Theme.hovered }
     }
     border.width: 1
-    border.color: mouse.containsMouse && root.activeButton ? "white" : "#404040"
-    opacity: activeButton ? 1.0 : Theme.disabledOpacity
-    activeFocusOnTab: true
+    border.color: Theme.buttonEdge
 
     Accessible.role: Accessible.Button
     Accessible.name: innerText.text
     Accessible.checkable: isToggle
     Accessible.checked: toggled
-    Accessible.focusable: true
-    Accessible.onPressAction: click()
 
-    Keys.onPressed: {
-        if (Keyboard.presses(event)) {
-            event.accepted = true;
-            click();
-        }
+    onActivated: {
+        if (isToggle)
+            toggled = !toggled;
+        submit();
     }
 
     Rectangle {
@@ -58,33 +45,36 @@ Rectangle {
 
         anchors.fill: parent
         radius: 3
-        color: "#005dc5"
-        visible: root.toggled || (mouse.pressed && root.activeButton)
+        color: Theme.toggled
+        visible: root.toggled || mouse.isDown
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 3
+        color: Theme.gloss
+        opacity: 0.2
+        visible: mouse.isOver && !mouse.isDown
     }
 
     Text {
         id: innerText
 
         anchors.centerIn: parent
-        color: "white"
-        font.family: "Tahoma"
+        color: Theme.text
+        font.family: Theme.smallButtonFamily
         font.pixelSize: root.fontSize
         text: root.toggled && root.altButtonText !== "" ? root.altButtonText : root.buttonText
     }
 
-    MouseArea {
+    PressArea {
         id: mouse
 
-        anchors.fill: parent
-        hoverEnabled: true
-        onPressed: {
-            if (root.activeButton) {
+        onIsDownChanged: {
+            if (isDown) {
                 root.previewPress();
                 root.press();
             }
         }
-        onClicked: root.click()
     }
-
-    FocusRing {}
 }

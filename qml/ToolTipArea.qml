@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "theme.js" as Theme
 
 // A short explanation below the item whose child it is.
 Item {
@@ -16,15 +17,15 @@ Item {
         width: toolTipText.width + 10
         height: toolTipText.height + 10
         z: 200
-        color: "#ffffaa"
-        border.color: "#0a0a0a"
+        color: Theme.tooltip
+        border.color: Theme.tooltipEdge
         visible: showToolTip
 
         Text {
             id: toolTipText
 
             anchors.centerIn: parent
-            color: "black"
+            color: Theme.tooltipText
             font.family: fontfamily
             font.pixelSize: 13
             text: toolTipTxt

@@ -1,6 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
-import "colors.js" as Colors
+import "keyboard.js" as Keyboard
 import "status.js" as Status
 import "theme.js" as Theme
 
@@ -19,17 +19,17 @@ Rectangle {
     property bool finishedLoading: false
     // From the window's edges; the frame that Windows draws counts as a part of it.
     property int margin: operatingSystem === "win" ? 15 : 20
-    property string fontfamily: "Helvetica"
+    property string fontfamily: Theme.controlFamily
     property bool isLoading: false
     property int markerMargin: 5
     property bool isTouch: true
-    property bool buttonsDisabled: isLoading || (engine.hasReported && !isReady)
+    property bool buttonsDisabled: isLoading || (firstReport.hasCome && !isReady)
     property bool isGreaterEqualsWin8: false
     property bool aspectRatioWarningShown: false
     property string loadingText: qsTr("Loading...")
     property string versionText: ""
     property string statusText: textOf(Status.startingUp.text)
-    property bool isReady: engine.hasReported && Status.report(status, mainwindow.brand()).ready
+    property bool isReady: firstReport.hasCome && Status.report(status, mainwindow.brand()).ready
     property int status: -99
     property bool settingsVisible: false
     property bool isAutoStart: true
@@ -62,20 +62,13 @@ Rectangle {
     }
 
     function showPopUp() {
-        if (acPopUp.visible)
-            return;
-        acFocus.raise(acPopUp);
         hide();
-        acPopUp.visible = true;
-        manualBtn2.forceActiveFocus();
+        acPopUp.open();
     }
 
     function hidePopUp() {
-        if (!acPopUp.visible)
-            return;
-        acPopUp.visible = false;
+        acPopUp.close();
         show();
-        acFocus.giveBack();
     }
 
     function showFreqPopup() {
@@ -92,7 +85,8 @@ Rectangle {
 
     function tell(report) {
         statusText = textOf(report.text);
-        engine.glyph = report.glyph;
+        statusLine.glyph = report.glyph;
+        statusLine.tone = report.tone;
     }
 
     // Called for every report, also for one that equals the last. What is written before the
@@ -100,15 +94,14 @@ Rectangle {
     onStatusChanged: {
         if (!finishedLoading)
             return;
-        engine.hasReported = true;
-        tell(Status.report(status, mainwindow.brand()));
+        firstReport.hasCome = true;
         isLoading = status === Status.calibrating;
-        if (isLoading)
-            loadingLimit.restart();
+        if (!isLoading)
+            tell(Status.report(status, mainwindow.brand()));
     }
     onButtonsDisabledChanged: console.log("buttons disabled: " + buttonsDisabled)
     onFinishedLoadingChanged: {
-        mainRect.forceActiveFocus();
+        mainScope.forceActiveFocus();
         updateWindowTimer.restart();
     }
     onLogicalPixelDensityChanged: updateWindowTimer.restart()
@@ -133,11 +126,11 @@ Rectangle {
         source: "qrc:///fontawesome-webfont.ttf"
     }
 
+    // Of the engine. Until then the buttons can be used: a command waits for it.
     QtObject {
-        id: engine
+        id: firstReport
 
-        property bool hasReported: false
-        property string glyph: Status.startingUp.glyph
+        property bool hasCome: false
     }
 
     QtObject {
@@ -148,25 +141,27 @@ Rectangle {
         property int height: Screen.height
     }
 
-    // The tool's 30 s and as much again: an engine that says nothing must not leave the view
-    // loading for good.
+    // Of a loading that a button began, the tool's 30 s and as much again: an engine that says
+    // nothing must not leave the view loading for good. A calibration that the engine has reported
+    // takes as long as it takes.
     Timer {
         id: loadingLimit
 
         interval: 60000
-        running: root.isLoading
+        running: root.isLoading && root.status !== Status.calibrating
         onTriggered: {
             root.isLoading = false;
             root.tell(Status.lastActionFailed);
         }
     }
 
-    FocusKeeper {
-        id: acFocus
+    LayerStack {
+        id: layers
+
+        ground: mainScope
     }
 
-    // Advice before an auto calibration.
-    Rectangle {
+    AdvicePopUp {
         id: acPopUp
 
         property bool isDisabled: false
@@ -182,113 +177,43 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
-        color: "transparent"
-        visible: false
         focus: true
-        enabled: mainRect.enabled
+        stack: layers
+        first: manualBtn2
 
-        Accessible.role: Accessible.Dialog
-        Accessible.name: advice.text
+        onEscaped: leave()
 
-        Keys.onEscapePressed: leave()
+        choice: Checkbox {
+            id: dntShowMsg
 
-        Text {
-            anchors { top: parent.top; right: parent.right; margins: 10 }
-            color: "white"
-            font.family: "Helvetica Neue"
-            font.pixelSize: 12
-            text: root.versionText
-
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            anchors.verticalCenter: parent.verticalCenter
+            autoToggle: true
+            isToggled: true
+            text: qsTr("<b><font color=\"white\" family= \"Poppins\">Don't show this message again.</font></b>")
+            KeyNavigation.tab: cancelBtn
+            KeyNavigation.backtab: manualBtn2
         }
 
-        Column {
-            anchors { top: parent.top; topMargin: 30; right: parent.right; rightMargin: 10 }
-            width: parent.width - 20
-            spacing: 25
+        CSelectionButton {
+            id: cancelBtn
 
-            Column {
-                width: parent.width
-                spacing: 75
+            isDisabled: false
+            showDirection: false
+            text: qsTr("Cancel")
+            KeyNavigation.tab: manualBtn2
+            onClicked: acPopUp.leave()
+        }
 
-                Rectangle {
-                    width: parent.width
-                    height: 40
-                    color: "transparent"
+        CButton {
+            id: manualBtn2
 
-                    Image {
-                        id: warningIcon
-
-                        anchors { left: parent.left; leftMargin: 10 }
-                        width: 40
-                        height: 40
-                        source: "qrc:///qml/warningIcon.png"
-                    }
-
-                    Text {
-                        id: advice
-
-                        anchors { left: warningIcon.right; leftMargin: 20; right: parent.right; rightMargin: 20 }
-                        color: "white"
-                        font.family: "Poppins"
-                        font.bold: true
-                        font.pixelSize: 14
-                        lineHeight: 1.2
-                        wrapMode: Text.WordWrap
-                        text: qsTr("Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.")
-
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: text
-                    }
-                }
-
-                Row {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    anchors.horizontalCenterOffset: 80
-                    height: 20
-
-                    Checkbox {
-                        id: dntShowMsg
-
-                        anchors.verticalCenter: parent.verticalCenter
-                        autoToggle: true
-                        isToggled: true
-                        text: qsTr("<b><font color=\"white\" family= \"Poppins\">Don't show this message again.</font></b>")
-                        KeyNavigation.tab: cancelBtn
-                        KeyNavigation.backtab: manualBtn2
-                    }
-                }
-            }
-
-            Row {
-                anchors.horizontalCenter: parent.horizontalCenter
-                anchors.horizontalCenterOffset: 60
-                height: 40
-                spacing: 100
-
-                CSelectionButton {
-                    id: cancelBtn
-
-                    isDisabled: false
-                    showDirection: false
-                    text: qsTr("Cancel")
-                    KeyNavigation.tab: manualBtn2
-                    onClicked: acPopUp.leave()
-                }
-
-                CButton {
-                    id: manualBtn2
-
-                    btnText: qsTr("    Continue    ")
-                    visible: acPopUp.visible
-                    nextTab: dntShowMsg
-                    prevTab: cancelBtn
-                    onSubmit: {
-                        acPopUp.leave();
-                        mainwindow.startAutoCalibration();
-                    }
-                }
+            btnText: qsTr("    Continue    ")
+            visible: acPopUp.isOpen
+            nextTab: dntShowMsg
+            prevTab: cancelBtn
+            onSubmit: {
+                acPopUp.leave();
+                mainwindow.startAutoCalibration();
             }
         }
     }
@@ -301,9 +226,8 @@ Rectangle {
         color: "transparent"
         visible: true
         focus: true
-        enabled: !aspectRatioWarning.visible && !freqWarning.visible
+        enabled: !layers.top || layers.top.parent === mainRect
 
-        KeyNavigation.tab: manualBtn
         Keys.onPressed: {
             if (event.key === Qt.Key_F && event.modifiers === Qt.ControlModifier) {
                 event.accepted = true;
@@ -326,143 +250,111 @@ Rectangle {
             anchors { top: parent.top; bottom: parent.bottom; left: parent.left }
             width: parent.width
             color: "transparent"
-            enabled: !settingsView.isOpen && !inputSelection.isOpen
+            enabled: !layers.top
             visible: anchors.leftMargin > -width
 
             Behavior on anchors.leftMargin {
                 NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
             }
 
-            Text {
-                anchors { top: parent.top; right: parent.right; margins: 10 }
-                color: "white"
-                font.family: "Helvetica Neue"
-                font.pixelSize: 12
-                text: root.versionText
+            FocusScope {
+                id: mainScope
 
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
+                anchors.fill: parent
+                focus: true
+                KeyNavigation.tab: manualBtn
+                // It has the keyboard until the first Tab.
+                Keys.onShortcutOverride: {
+                    Keyboard.isUsed = true;
+                    event.accepted = false;
+                }
 
-            Column {
-                anchors.centerIn: parent
-                spacing: 25
+                VersionLabel {}
 
-                Rectangle {
-                    width: mainView.width
-                    height: 40
-                    color: "transparent"
+                Column {
+                    anchors.centerIn: parent
+                    spacing: 25
 
-                    // As large as the place between version and buttons allows.
-                    Text {
+                    StatusLine {
                         id: statusLine
 
-                        anchors.centerIn: parent
-                        anchors.verticalCenterOffset: lineCount > 1 ? -6 : 0
-                        width: parent.width - 2 * (margin + statusGlyph.width)
-                        height: 70
-                        color: "white"
-                        font.family: "Helvetica Neue"
-                        font.pixelSize: 28
-                        fontSizeMode: Text.Fit
-                        minimumPixelSize: 16
-                        horizontalAlignment: Text.AlignHCenter
-                        verticalAlignment: Text.AlignVCenter
-                        lineHeight: 1.2
-                        wrapMode: Text.WordWrap
-                        visible: !root.isLoading
-                        text: root.statusText
+                        width: mainView.width
+                        glyph: Status.startingUp.glyph
 
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: text.replace(/ ?<br> ?/g, " ")
-                    }
+                        LoadingIndicator {
+                            id: loadingIndicator
 
-                    Text {
-                        id: statusGlyph
-
-                        anchors { right: statusLine.left; rightMargin: (statusLine.contentWidth - statusLine.width) / 2; verticalCenter: statusLine.verticalCenter }
-                        width: 45
-                        rightPadding: 12
-                        horizontalAlignment: Text.AlignRight
-                        color: root.isReady ? Colors.secondary500 : "white"
-                        font.family: fontAwesome.name
-                        font.pixelSize: 32
-                        visible: statusLine.visible
-                        text: engine.glyph
-                    }
-
-                    LoadingIndicator {
-                        id: loadingIndicator
-
-                        anchors.centerIn: parent
-                    }
-                }
-
-                Row {
-                    id: btnRow
-
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    spacing: 10
-
-                    CButton {
-                        id: manualBtn
-
-                        icon: "\uf05b"
-                        btnText: qsTr("Manual Calibration")
-                        nextTab: calibrateTouchBtn
-                        prevTab: settingsBtn
-                        onSubmit: mainwindow.startManualCalibration()
-                    }
-
-                    CButton {
-                        id: calibrateTouchBtn
-
-                        icon: "\uf25a"
-                        btnText: qsTr("Touch Calibration")
-                        nextTab: autoBtn
-                        prevTab: manualBtn
-                        onSubmit: mainwindow.startTouchCalibration()
-                    }
-
-                    CButton {
-                        id: autoBtn
-
-                        icon: "\uf140"
-                        btnText: qsTr("Auto Calibration")
-                        nextTab: inputBtn
-                        prevTab: calibrateTouchBtn
-                        onSubmit: {
-                            if (acPopUp.isDisabled)
-                                mainwindow.startAutoCalibration();
-                            else
-                                root.showPopUp();
+                            anchors.centerIn: parent
                         }
                     }
-                }
 
-                Row {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    spacing: 20
+                    Row {
+                        id: btnRow
 
-                    CSelectionButton {
-                        id: inputBtn
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        spacing: 10
 
-                        text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
-                        isVisible: !mainwindow.stylusOnly()
-                        KeyNavigation.tab: settingsBtn
-                        KeyNavigation.backtab: autoBtn
-                        onClicked: inputSelection.show()
+                        CButton {
+                            id: manualBtn
+
+                            icon: "\uf05b"
+                            btnText: qsTr("Manual Calibration")
+                            nextTab: calibrateTouchBtn
+                            prevTab: settingsBtn
+                            onSubmit: mainwindow.startManualCalibration()
+                        }
+
+                        CButton {
+                            id: calibrateTouchBtn
+
+                            icon: "\uf25a"
+                            btnText: qsTr("Touch Calibration")
+                            nextTab: autoBtn
+                            prevTab: manualBtn
+                            onSubmit: mainwindow.startTouchCalibration()
+                        }
+
+                        CButton {
+                            id: autoBtn
+
+                            icon: "\uf140"
+                            btnText: qsTr("Auto Calibration")
+                            nextTab: inputBtn
+                            prevTab: calibrateTouchBtn
+                            onSubmit: {
+                                if (acPopUp.isDisabled)
+                                    mainwindow.startAutoCalibration();
+                                else
+                                    root.showPopUp();
+                            }
+                        }
                     }
 
-                    CSelectionButton {
-                        id: settingsBtn
+                    Row {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        spacing: 20
 
-                        isDisabled: false
-                        textIcon: "\uf013"
-                        text: qsTr("Settings")
-                        KeyNavigation.tab: manualBtn
-                        KeyNavigation.backtab: inputBtn
-                        onClicked: settingsView.show()
+                        CSelectionButton {
+                            id: inputBtn
+
+                            textIcon: root.isTouch ? "\uf25a" : "\uf040"
+                            text: root.isTouch ? qsTr("Finger") : qsTr("Stylus")
+                            isVisible: !mainwindow.stylusOnly()
+                            KeyNavigation.tab: settingsBtn
+                            KeyNavigation.backtab: autoBtn
+                            onClicked: inputSelection.show()
+                        }
+
+                        CSelectionButton {
+                            id: settingsBtn
+
+                            isDisabled: false
+                            textIcon: "\uf013"
+                            text: qsTr("Settings")
+                            KeyNavigation.tab: manualBtn
+                            KeyNavigation.backtab: inputBtn
+                            onClicked: settingsView.show()
+                        }
                     }
                 }
             }
@@ -471,12 +363,14 @@ Rectangle {
         InputSelection {
             id: inputSelection
 
+            stack: layers
             onIsOpenChanged: isOpen ? mainView.hide() : mainView.show()
         }
 
         SettingsView {
             id: settingsView
 
+            stack: layers
             onIsOpenChanged: {
                 root.settingsVisible = isOpen;
                 isOpen ? mainView.hide() : mainView.show();
@@ -489,6 +383,7 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
+        stack: layers
     }
 
     FreqWarning {
@@ -496,5 +391,6 @@ Rectangle {
 
         width: root.baseWidth
         height: root.baseHeight
+        stack: layers
     }
 }

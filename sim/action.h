@@ -7,9 +7,8 @@
 /// How the status file comes into being.
 enum class WriteStyle {
     Whole, ///< a new file takes the old one's place in one step
-    InPlace, ///< the old file is emptied, then filled with one write
-    Slowly, ///< as InPlace, but byte by byte over a given time
-    Halves ///< as InPlace, but in two halves with a pause of a given time between them
+    Slowly, ///< the old file is emptied, then filled byte by byte over a given time
+    Halves ///< the old file is emptied, then filled in two halves with a given pause between them
 };
 
 /// How the engine leaves: with an exit code, or killed by a signal it sends to itself.
@@ -49,7 +48,7 @@ struct Action
     int result = 0;
     std::optional<int> firmware;
     QByteArray text; ///< with its line end, where it has one
-    int repeat = 1; ///< how many times `text` is written
+    int repeat = 1; ///< how many times `text` is printed
     WriteStyle style = WriteStyle::Whole;
     int styleMs = 0; ///< ms: the whole time of Slowly, the pause of Halves
     std::optional<Death> death; ///< of Die; of a write that ends the engine in the same act

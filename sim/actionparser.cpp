@@ -42,13 +42,9 @@ const ActionParser::ActionWord ActionParser::actionWords[] = {
 };
 
 const ActionParser::OptionWord ActionParser::optionWords[] = {
-    {"firmware", WithFirmware, WriteStyle::Whole},
-    {"in-place", Style, WriteStyle::InPlace},
-    {"slowly", Style, WriteStyle::Slowly},
-    {"halves", Style, WriteStyle::Halves},
-    {"repeat", Repeat, WriteStyle::Whole},
-    {"partial", Partial, WriteStyle::Whole},
-    {"then", Then, WriteStyle::Whole},
+    {"firmware", WithFirmware, WriteStyle::Whole}, {"slowly", Style, WriteStyle::Slowly},
+    {"halves", Style, WriteStyle::Halves},         {"repeat", Repeat, WriteStyle::Whole},
+    {"partial", Partial, WriteStyle::Whole},       {"then", Then, WriteStyle::Whole},
 };
 
 QString ActionParser::quoted(const QByteArray& word)
@@ -101,7 +97,7 @@ bool ActionParser::parseFirmware(Action& action)
 
 bool ActionParser::parseRaw(Action& action)
 {
-    return parseText(action.text) && parseOptions(action, Style | Repeat | Then);
+    return parseText(action.text) && parseOptions(action, Style | Then);
 }
 
 bool ActionParser::parsePrint(Action& action)
@@ -158,7 +154,7 @@ bool ActionParser::parseOption(Action& action, const OptionWord& option)
         return parseNumber(*action.firmware, leastInt, mostInt);
     case Style:
         action.style = option.style;
-        return option.style == WriteStyle::InPlace || parseTime(action.styleMs);
+        return parseTime(action.styleMs);
     case Repeat:
         return parseNumber(action.repeat, 1, mostRepeats);
     case Partial:

@@ -9,7 +9,7 @@
 #include <functional>
 
 /**
- * What the engine still has to do, in the order of time; equal times keep their order of entry.
+ * What the engine still has to do, by time; of equal times, the first entered comes first.
  *
  * Times are ms of the clock that is given, whose start is the engine's.
  */

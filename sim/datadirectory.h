@@ -30,8 +30,8 @@ public:
     /// The status file that the controller reads.
     QString statusFile() const;
 
-    /// The address of the engine's socket. A path that is too long for a socket goes through a
-    /// handle of the directory, so that the directory has to exist; empty when it does not.
+    /// The address of the engine's socket. A path that is too long for a socket is reached through
+    /// a handle of the directory, which must exist then; empty when it does not.
     QString socketAddress() const;
 
     /// The file of that socket.

@@ -9,11 +9,11 @@
 class DataDirectory;
 
 /**
- * The engine's ear: takes letters from the SDK tool and answers them.
+ * Takes letters from the SDK tool and answers them.
  *
  * One line for each letter, one line for each answer: "exit N" or "hang". A socket file that an
- * earlier engine left is replaced; the own one is removed by close(), unless a newer engine has
- * taken the place.
+ * earlier engine left is replaced; close() removes the own one, unless a newer engine has
+ * replaced it.
  */
 class LetterServer : public QObject
 {
@@ -25,7 +25,7 @@ public:
     /// False, with a message on standard error, when the socket cannot be made.
     bool listen();
 
-    /// Answers the tool at @p socket, which may go before its answer is due.
+    /// Answers the tool at @p socket, which may be gone before its answer is due.
     static void answer(QLocalSocket* socket, const Answer& answer);
 
     void close();

@@ -1,17 +1,10 @@
 #include "linetokens.h"
 
-#include <cctype>
-
 namespace {
 
 bool isBlank(char c)
 {
     return c == ' ' || c == '\t';
-}
-
-bool isHexDigit(char c)
-{
-    return std::isxdigit(static_cast<unsigned char>(c)) != 0;
 }
 
 struct Escape
@@ -106,13 +99,6 @@ bool LineTokens::takeEscape(const QByteArray& line, int& at, Word& word, QString
             return true;
         }
     }
-    const QByteArray digits = line.mid(at + 2, 2);
-    if (letter != 'x' || digits.size() != 2 || !isHexDigit(digits.at(0))
-        || !isHexDigit(digits.at(1))) {
-        *reason = QStringLiteral("\"%1\" is no escape").arg(QString::fromUtf8(line.mid(at, 2)));
-        return false;
-    }
-    word.text.append(static_cast<char>(digits.toInt(nullptr, 16)));
-    at += 4;
-    return true;
+    *reason = QStringLiteral("\"%1\" is no escape").arg(QString::fromUtf8(line.mid(at, 2)));
+    return false;
 }

@@ -8,12 +8,12 @@
  * One line of a scenario, cut into words, and a place in it.
  *
  * Words are separated by blanks and tabs; a word in double quotes may hold them, and the escapes
- * \n \r \t \" \\ \xHH. A word that begins with "#" and all after it is a comment.
+ * \n \r \t \" \\. A word that begins with "#" and all after it is a comment.
  */
 class LineTokens
 {
 public:
-    /// Cuts @p line; false, with @p reason filled, when a quoted word is not in order.
+    /// Cuts @p line; false, with @p reason filled, when a quoted word is malformed.
     bool cut(const QByteArray& line, QString* reason);
 
     bool atEnd() const { return position == words.size(); }
@@ -24,10 +24,10 @@ public:
     /// Whether the word at the place was quoted.
     bool isQuoted() const;
 
-    /// The word at the place, and goes on; empty at the end.
+    /// Takes the word at the place and moves on; empty at the end.
     QByteArray take();
 
-    /// Goes on when the word at the place is the unquoted @p keyword; whether it was.
+    /// Moves on when the word at the place is the unquoted @p keyword; whether it was.
     bool takeIf(const char* keyword);
 
 private:

@@ -67,7 +67,7 @@ struct Statement
 class Scenario
 {
 public:
-    /// Parses @p text (UTF-8). Empty, with @p fault filled, at the first line that is not in order.
+    /// Parses @p text (UTF-8). Empty, with @p fault filled, when a line is malformed.
     static std::optional<Scenario> parse(const QByteArray& text, ScenarioFault* fault);
 
     /// The engine that runs when no scenario is given.

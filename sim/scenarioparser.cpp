@@ -6,13 +6,10 @@ namespace {
 
 constexpr int mostStarts = std::numeric_limits<int>::max();
 
-/// Reads "any", "N", "N-M" or "N-"; false for anything else.
+/// Reads "N", "N-M" or "N-"; false for anything else.
 bool readStarts(const QByteArray& word, int& first, int& last)
 {
-    first = 1;
     last = mostStarts;
-    if (word == "any")
-        return true;
     const int dash = word.indexOf('-');
     bool firstOk = false;
     bool lastOk = true;
@@ -77,7 +74,7 @@ bool ScenarioParser::parseStart()
 {
     const QByteArray word = words.tokens.take();
     return readStarts(word, firstStart, lastStart)
-        || words.refuse(QStringLiteral("%1 names no starts: N, N-M, N- or any expected")
+        || words.refuse(QStringLiteral("%1 names no starts: N, N-M or N- expected")
                             .arg(ActionParser::quoted(word)));
 }
 
@@ -114,21 +111,17 @@ bool ScenarioParser::parseReply(Statement& statement)
     Answer& answer = statement.answer;
     if (!parseLetters(statement.letters, false))
         return false;
-    const bool isLate = words.tokens.peek() == "after";
-    if (!words.parseDelay(answer.delayMs))
-        return false;
     words.lastKeyword = words.tokens.peek();
+    if (words.tokens.takeIf("after"))
+        return words.parseTime(answer.delayMs);
     if (words.tokens.takeIf("exit"))
         return words.parseNumber(answer.exitCode, 0, 255);
-    if (isLate && words.tokens.atEnd())
-        return true;
-    if (!isLate && words.tokens.takeIf("never"))
+    if (words.tokens.takeIf("never"))
         answer.kind = Answer::Never;
-    else if (!isLate && words.tokens.takeIf("hang"))
+    else if (words.tokens.takeIf("hang"))
         answer.kind = Answer::Hang;
     else
-        return words.refuse(isLate ? QStringLiteral("exit or the end of the line expected")
-                                   : QStringLiteral("never, hang, exit or after expected"));
+        return words.refuse(QStringLiteral("never, hang, exit or after expected"));
     return true;
 }
 

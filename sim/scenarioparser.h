@@ -6,7 +6,7 @@
 /**
  * Turns the text of a scenario into statements.
  *
- * The first line that is not in order refuses the whole text; fault() tells its number and why.
+ * The first malformed line refuses the whole text; fault() tells its number and why.
  */
 class ScenarioParser
 {

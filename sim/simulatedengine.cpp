@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr int longestJournalText = 100; // bytes of a raw status text
-
 void say(const QByteArray& line)
 {
     writeOutput(STDOUT_FILENO, line + '\n');
@@ -123,8 +121,8 @@ void SimulatedEngine::perform(const Action& action)
 
 void SimulatedEngine::writeStatus(const Action& action)
 {
-    QByteArray content = action.text.repeated(action.repeat);
-    QVector<JournalField> fields {{"raw", Journal::encoded(content.left(longestJournalText))}};
+    QByteArray content = action.text;
+    QVector<JournalField> fields {{"raw", Journal::encoded(content)}};
     if (action.kind != Action::Raw) {
         result = action.kind == Action::Status ? action.result : result;
         firmware = action.firmware.value_or(firmware);
@@ -159,7 +157,7 @@ void SimulatedEngine::journalDeath(const Death& death)
 
 void SimulatedEngine::die(const Death& death)
 {
-    // Nothing of ours needs a destructor, and other threads there are none.
+    // At once: there are no other threads, and nothing here needs a destructor.
     if (death.how == Death::BySignal)
         sendSignalToSelf(death.value);
     else

@@ -88,13 +88,12 @@ void StatusWriter::writeInPlace(const QByteArray& content, const Action& action)
         return;
     }
     rest = content;
-    pieceSize = rest.size();
     int intervalMs = action.styleMs;
-    if (action.style == WriteStyle::Halves)
-        pieceSize = (pieceSize + 1) / 2;
-    if (action.style == WriteStyle::Slowly) {
-        const int pieces = std::max(1, std::min(pieceSize, action.styleMs));
-        pieceSize = (pieceSize + pieces - 1) / pieces;
+    if (action.style == WriteStyle::Halves) {
+        pieceSize = (rest.size() + 1) / 2;
+    } else {
+        const int pieces = std::max(1, std::min(rest.size(), action.styleMs));
+        pieceSize = (rest.size() + pieces - 1) / pieces;
         intervalMs = action.styleMs / pieces;
     }
     timer.start(intervalMs);

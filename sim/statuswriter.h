@@ -11,7 +11,7 @@
 /**
  * Writes the engine's status file, as a good engine does or as a bad one.
  *
- * A write that takes time goes on in the event loop; the next write cuts it short.
+ * A write that takes time continues in the event loop; the next write cuts it short.
  */
 class StatusWriter
 {
@@ -22,7 +22,7 @@ public:
 
     /// Writes @p content. @p done is called with the outcome when the file is complete; with
     /// WriteStyle::Whole it is called just before the file appears, when nothing is left to do
-    /// but the renaming, and @p appeared just after it. With the others both come at the end.
+    /// but the renaming, and @p appeared just after it. With the other styles both come at the end.
     void write(const QByteArray& content, const Action& action, std::function<void()> done,
                std::function<void()> appeared);
 

@@ -20,8 +20,7 @@ namespace {
 
 enum ExitStatus { ScenarioRefused = 2, EnvironmentUnfit = 3 };
 
-/// Holds back the signals that ask the engine to end, from its first moment on, and returns the
-/// file from which they are read.
+/// Blocks the signals that ask the engine to end and returns the file from which they are read.
 int holdTerminations()
 {
     sigset_t signalSet;
@@ -29,7 +28,7 @@ int holdTerminations()
     for (const int number : {SIGTERM, SIGINT, SIGHUP})
         sigaddset(&signalSet, number);
     ::sigprocmask(SIG_BLOCK, &signalSet, nullptr);
-    // A controller that is gone shows as a failed write, and the engine still ends in order.
+    // Writing to a controller that is gone must not end the engine: SIGTERM does.
     std::signal(SIGPIPE, SIG_IGN);
     return ::signalfd(-1, &signalSet, SFD_CLOEXEC | SFD_NONBLOCK);
 }
@@ -86,7 +85,7 @@ int main(int argc, char* argv[])
     QElapsedTimer clock;
     clock.start();
     const int terminations = holdTerminations();
-    // File names are UTF-8, also where the locale is "C".
+    // File names are UTF-8, also in the locale "C".
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication app(argc, argv);
 

@@ -63,7 +63,7 @@ int deliver(const QString& letter)
 
 int main(int argc, char* argv[])
 {
-    // File names and letters are UTF-8, also where the locale is "C".
+    // File names and letters are UTF-8, also in the locale "C".
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();

@@ -2,8 +2,10 @@
 #include "app/fonts.h"
 #include "app/quitrequests.h"
 #include "app/resources.h"
+#include "app/version.h"
 #include "base/desktop.h"
 #include "base/workerthread.h"
+#include "engine/graceperiod.h"
 #include "engine/sdkhelper.h"
 #include "ipc/runguard.h"
 #include "settings/filehelper.h"
@@ -22,22 +24,27 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <unistd.h>
+#include <utility>
 
 // How the program ends. MainWindow::exitApp() is the only way out, for the user and, through
-// QuitRequests, for the system. On the GUI thread: the engine's command "Q" goes to its own thread,
-// tray icon, keep-awake helper and window go, and 800 ms pass without an event loop, in which an
-// exit of the engine would be taken for a crash; then the event loop ends. Until here the workers
-// go on: the status reader may report to nobody, a command that still waits for its engine runs
-// when that gets ready. Then WorkerThread::stopAll() cuts every sleep and every loop leaves at its
-// next test, 500 ms for all. After that no thread but this one uses anything of the program, or
-// nothing more is destroyed than the guard's hold; the process leaves without static destructors.
+// QuitRequests, for the system. It sends the engine's command "Q" to a thread of its own, hides all
+// that shows and waits 800 ms without an event loop, in which an exit of the engine would be taken
+// for a crash. The workers go on meanwhile: a command that waits for its engine runs when that gets
+// ready, and the status reader reports to nobody. Then the event loop ends, and end() follows:
+//  1. WorkerThread::stopAll() cuts every sleep, and each worker leaves at its next look, 500 ms for
+//     all. A tool that still runs is left alone.
+//  2. What the process holds is given back: the guard always, translator and application only when
+//     no thread is alive that might use them. Main window and supervisor are never destroyed.
+//  3. GracePeriod: an engine or a tool that still runs has 5 s after the SIGTERM that it gets with
+//     the end of this process.
+//  4. The process leaves without its static destructors.
 
 namespace {
 
 constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
 constexpr int quitBudgetMs = 500; // for all workers together
-const char* const version = "1.4.121";
 
 void installTranslation(QTranslator& translator)
 {
@@ -58,6 +65,15 @@ void chooseRenderer()
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
 }
 
+/// Tells that the program runs already, and lets the copy that does show its window.
+void giveWay(const QByteArray& startupId)
+{
+    QMessageBox::critical(nullptr, QStringLiteral("Error"),
+                          QStringLiteral("Vireon application is already running."), QMessageBox::Ok,
+                          QMessageBox::NoButton);
+    ApplicationService::activateOther(startupId);
+}
+
 // --- The three steps of a run -----------------------------------------------------------------
 
 /// What holds for the process from its first window on.
@@ -65,7 +81,7 @@ void prepareApplication()
 {
     QCoreApplication::setOrganizationDomain(QStringLiteral("com.corvanthel.Vireon"));
     QCoreApplication::setOrganizationName(QStringLiteral("Vireon"));
-    QCoreApplication::setApplicationVersion(QLatin1String(version));
+    QCoreApplication::setApplicationVersion(QLatin1String(applicationVersion));
     // The window only hides when it is closed, and must never hold up the end of a session.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
@@ -84,38 +100,22 @@ bool start(QTranslator& translator)
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");
     FileHelper::cleanWorkingDirectory();
-    mainWindow = new MainWindow(openText, exitText, QLatin1String(version));
+    mainWindow = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
-    auto* quitRequests = new QuitRequests(mainWindow);
+    // These two live as long as the process, as the window does.
+    auto* quitRequests = new QuitRequests;
     QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
     if (!mainWindow->hasView()) {
         mainWindow->showViewError();
         return false;
     }
-    auto* service = new ApplicationService(mainWindow);
+    auto* service = new ApplicationService;
     QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
                      &MainWindow::bringToFront);
     service->start();
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
     return true;
-}
-
-/// Ends the threads once the event loop has ended. False when one is still alive, in a tool that
-/// hangs: it may use whatever the application object takes with it.
-bool endThreads()
-{
-    WorkerThread::stopAll();
-    return WorkerThread::waitForAll(quitBudgetMs);
-}
-
-/// Tells that the program runs already, and lets the copy that does show its window.
-void giveWay(const QByteArray& startupId)
-{
-    QMessageBox::critical(nullptr, QStringLiteral("Error"),
-                          QStringLiteral("Vireon application is already running."), QMessageBox::Ok,
-                          QMessageBox::NoButton);
-    ApplicationService::activateOther(startupId);
 }
 
 /// Ends the process without the static destructors, which must not run under living threads.
@@ -125,27 +125,43 @@ void giveWay(const QByteArray& startupId)
     _exit(status);
 }
 
+/// Gives back all that the process holds, and leaves. See above for what may still run.
+[[noreturn]] void end(std::unique_ptr<QApplication> application, std::unique_ptr<RunGuard> guard,
+                      std::unique_ptr<QTranslator> translator, int status)
+{
+    WorkerThread::stopAll();
+    const bool alone = WorkerThread::waitForAll(quitBudgetMs);
+    // The application object takes the window along, and with it all that is in it.
+    mainWindow->setParent(nullptr);
+    if (!alone) {
+        static_cast<void>(translator.release());
+        static_cast<void>(application.release());
+    }
+    translator.reset();
+    guard.reset();
+    application.reset();
+    std::fflush(nullptr);
+    GracePeriod::begin();
+    _exit(status);
+}
+
 int run(int& argc, char** argv)
 {
     // Read and hidden before Qt looks: it takes both out of the environment.
     const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID");
     GtkThemeBlocker themeBlocker;
-    QApplication application(argc, argv, applicationFlags);
+    auto application = std::make_unique<QApplication>(argc, argv, applicationFlags);
     themeBlocker.restore();
     prepareApplication();
 
-    RunGuard guard(GS::instance()->appName);
-    if (!guard.tryToRun()) {
+    auto guard = std::make_unique<RunGuard>(GS::instance()->appName);
+    if (!guard->tryToRun()) {
         giveWay(startupId);
         return 0;
     }
-    QTranslator translator;
-    const int status = start(translator) ? QApplication::exec() : EXIT_FAILURE;
-    if (!endThreads()) {
-        guard.release();
-        leave(status);
-    }
-    return status;
+    auto translator = std::make_unique<QTranslator>();
+    const int status = start(*translator) ? QApplication::exec() : EXIT_FAILURE;
+    end(std::move(application), std::move(guard), std::move(translator), status);
 }
 
 } // namespace

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AdvicePopUp</name>
+    <message>
+        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
+        <translation>Die automatische Kalibrierung hängt von der Art Ihrer Projektionsfläche und vom Umgebungslicht ab. Wenn danach die Genauigkeit nicht ausreicht, führen Sie bitte eine manuelle Kalibrierung durch: Sie ist unter allen Bedingungen zuverlässig.</translation>
+    </message>
+</context>
+<context>
     <name>AspectRatioWarningView</name>
     <message>
         <source>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</source>
@@ -68,7 +75,7 @@
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -277,10 +284,6 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     <message>
         <source>Auto Calibration</source>
         <translation>Automatische Kalibrierung</translation>
-    </message>
-    <message>
-        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
-        <translation>Die automatische Kalibrierung hängt von der Art Ihrer Projektionsfläche und vom Umgebungslicht ab. Wenn danach die Genauigkeit nicht ausreicht, führen Sie bitte eine manuelle Kalibrierung durch: Sie ist unter allen Bedingungen zuverlässig.</translation>
     </message>
     <message>
         <source>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Don&apos;t show this message again.&lt;/font&gt;&lt;/b&gt;</source>

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja" sourcelanguage="en">
 <context>
+    <name>AdvicePopUp</name>
+    <message>
+        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
+        <translation>自動キャリブレーションの結果は、スクリーンの種類や周囲の明るさに左右されます。自動キャリブレーション後の精度が十分でない場合は、どのような環境でも確実な手動キャリブレーションをやり直してください。</translation>
+    </message>
+</context>
+<context>
     <name>AspectRatioWarningView</name>
     <message>
         <source>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</source>
@@ -68,7 +75,7 @@
     </message>
     <message>
         <source>Exit</source>
-        <translation>終了</translation>
+        <translation>閉じる</translation>
     </message>
 </context>
 <context>
@@ -76,13 +83,13 @@
     <message>
         <source>Slow writing
 speed at 30Hz</source>
-        <translation>30Hzでは書き込みが
+        <translation>30Hzでは筆記が
 遅れます</translation>
     </message>
     <message>
         <source>Fast writing
 speed at 60Hz</source>
-        <translation>60Hzでは書き込みが
+        <translation>60Hzでは筆記が
 滑らかです</translation>
     </message>
     <message>
@@ -242,7 +249,7 @@ at 60Hz refresh rate or more.</source>
     </message>
     <message>
         <source>Keeps a processor awake so that no picture of the sensor is lost. Uses more power.</source>
-        <translation>センサーの画像が失われないように、プロセッサを待機状態にしません。消費電力が増えます。</translation>
+        <translation>センサーの画像を取りこぼさないように、プロセッサを休止させません。消費電力が増えます。</translation>
     </message>
     <message>
         <source>Sensor Viewer</source>
@@ -264,7 +271,7 @@ at 60Hz refresh rate or more.</source>
     <name>main</name>
     <message>
         <source>Loading...</source>
-        <translation>読み込み中...</translation>
+        <translation>処理中...</translation>
     </message>
     <message>
         <source>Manual Calibration</source>
@@ -277,10 +284,6 @@ at 60Hz refresh rate or more.</source>
     <message>
         <source>Auto Calibration</source>
         <translation>自動キャリブレーション</translation>
-    </message>
-    <message>
-        <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
-        <translation>自動キャリブレーションの結果は、スクリーンの種類や周囲の明るさに左右されます。自動キャリブレーション後の精度が十分でない場合は、どのような環境でも確実な手動キャリブレーションをやり直してください。</translation>
     </message>
     <message>
         <source>&lt;b&gt;&lt;font color=&quot;white&quot; family= &quot;Poppins&quot;&gt;Don&apos;t show this message again.&lt;/font&gt;&lt;/b&gt;</source>
@@ -323,7 +326,7 @@ at 60Hz refresh rate or more.</source>
     </message>
     <message>
         <source>Light disturbance detected.</source>
-        <translation>光の干渉を検出しました。</translation>
+        <translation>外光の影響を検出しました。</translation>
     </message>
     <message>
         <source>Calibration aborted.</source>

@@ -22,6 +22,7 @@ LIFT = 14  # px above the surface, half-way between two strokes
 DELAY = 40  # ms that a picture stays
 LAST_DELAY = 1400  # ms that the finished word stays
 COLOURS = 31
+PICTURE_SIZE = 246, 160  # px; twice that at which the view shows them
 COLUMNS = 10  # of the sheet that all pictures are rendered on at once
 
 # How many pictures the display keeps one image, and how many pictures old it is when it comes.
@@ -104,7 +105,8 @@ class Drawing:
     def frame(self, number, hold, age):
         """One picture as an SVG element."""
         painted = max(0, int((number // hold * hold - age) * SPEED))
-        frame = ET.Element(f"{SVG}svg", width=str(self.size[0]), height=str(self.size[1]))
+        frame = ET.Element(f"{SVG}svg", viewBox=f"0 0 {self.size[0]} {self.size[1]}",
+                           preserveAspectRatio="none")
         frame.append(self.surface)
         ink = ink_path(self.moments[:painted])
         if ink:
@@ -121,7 +123,7 @@ class Drawing:
         count = len(self.moments) // SPEED + math.ceil(oldest) + 1
         sheet = ET.Element(f"{SVG}svg")
         ET.SubElement(sheet, f"{SVG}clipPath", id="edges").append(self.surface)
-        width, height = self.size
+        width, height = PICTURE_SIZE
         sheet.set("width", str(COLUMNS * width))
         sheet.set("height", str(-(-count // COLUMNS) * height))
         places = [(n % COLUMNS * width, n // COLUMNS * height) for n in range(count)]
@@ -129,6 +131,8 @@ class Drawing:
             frame = self.frame(number, hold, age)
             frame.set("x", str(x))
             frame.set("y", str(y))
+            frame.set("width", str(width))
+            frame.set("height", str(height))
             sheet.append(frame)
         picture = to_palette(render(sheet))
         return [picture.crop((x, y, x + width, y + height)) for x, y in places]

@@ -20,13 +20,13 @@ from scenes import SCENES  # noqa: E402
 
 COLOURS = 96  # of a picture, which keeps it small
 PAINTING = 1.2  # s until what is told is painted, and an animation has something to show
-SLOW_MODE = ("slow", "79.75", "1920", "1976", "2168", "2416", "1080", "1083", "1088", "1102")  # 30 Hz
+SLOW_RATE = 30  # Hz
 
 
 def click_splash_away(app):
     app.wait_until_shows("Starting up...")
     wait_for(lambda: len(app.windows()) == 2, what="the splash over the window")
-    width, height = map(int, app.desktop.run("xdotool", "getdisplaygeometry").split())
+    width, height = app.desktop.size()
     app.desktop.click(width // 2, height // 2)
     wait_for(lambda: len(app.windows()) == 1, what="an end of the splash")
 
@@ -48,11 +48,9 @@ def open_settings(app):
 
 
 def slow_down(app):
-    """The window looks at the display's rate when it is made: the program starts once more."""
+    """The window looks at the display's rate when it is made, so the program is started again."""
     app.quit()
-    app.desktop.run("xrandr", "--newmode", *SLOW_MODE)
-    app.desktop.run("xrandr", "--addmode", "screen", "slow")
-    app.desktop.run("xrandr", "--output", "screen", "--mode", "slow")
+    app.desktop.set_mode(1920, 1080, SLOW_RATE)
     app.start()
 
 

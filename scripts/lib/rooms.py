@@ -8,7 +8,7 @@ import pathlib
 import re
 import sys
 
-GENERATED = {"ui/supportaddresses.h", "ui/viewcolours.h"}  # their templates lie in ui
+GENERATED = {"app/version.h", "ui/supportaddresses.h", "ui/viewcolours.h"}  # from a .h.in each
 
 
 def table_of(readme):

@@ -7,7 +7,7 @@ import functools
 import re
 import time
 
-from rig import App, Bus, Indicator, Mate, Subject, stage, wait_for
+from rig import App, Indicator, Mate, Subject, stage, wait_for
 from rig.indicator import start_host
 from rig.mate import INDICATORS
 
@@ -27,7 +27,7 @@ def picture(desktop, path, left, upper, right, lower):
 
 def corner(desktop, path, lower):
     """Saves the lower or upper right corner of the screen."""
-    width, height = map(int, desktop.run("xdotool", "getdisplaygeometry").split())
+    width, height = desktop.size()
     picture(desktop, path, width - 500, height - 200 if lower else 0, width,
             height if lower else 200)
 
@@ -112,13 +112,13 @@ def tray_menu(path):
 def balloon(path):
     with stage("at 0 status -6\n", Mate) as app:
         start_in_tray(app)
-        bus = Bus(app.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        bus = app.desktop.bus()
         bus.wait_for_owner("org.freedesktop.Notifications")
         corner(app.desktop, path, lower=False)
 
 
 def start_in_tray(app):
-    bus = Bus(app.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+    bus = app.desktop.bus()
     bus.wait_for_owner("org.kde.StatusNotifierWatcher")
     app.start()
     wait_for(app.desktop.icon, what="an icon")
@@ -128,7 +128,7 @@ def start_in_tray(app):
 def indicator_menu(path):
     kind = functools.partial(Mate, applet=INDICATORS)
     with stage("at 0 status 0\n", kind, environment={"XDG_CURRENT_DESKTOP": "Unity"}) as app:
-        bus = Bus(app.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        bus = app.desktop.bus()
         start_host(app.desktop, bus)
         app.start().wait_until_shows(READY)
         wait_for(Indicator(bus).entries, what="a menu")

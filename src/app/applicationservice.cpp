@@ -22,11 +22,6 @@ QDBusMessage callOfBus(const char* method)
 
 } // namespace
 
-ApplicationService::ApplicationService(QObject* parent)
-    : QObject(parent)
-{
-}
-
 ApplicationService::~ApplicationService()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
@@ -37,7 +32,7 @@ ApplicationService::~ApplicationService()
 void ApplicationService::start()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // The object first: a call may wait for the name already.
+    // The object first: a caller may already be waiting for the name.
     if (bus.registerObject(QLatin1String(objectPath), this, QDBusConnection::ExportScriptableSlots))
         bus.send(callOfBus("RequestName") << QLatin1String(applicationId) << doNotQueue);
 }
@@ -59,7 +54,8 @@ bool ApplicationService::activateOther(const QByteArray& startupId)
 
 void ApplicationService::Activate(const QVariantMap& platformData)
 {
-    emit activateRequested(platformData.value(QLatin1String(startupIdKey)).toString());
+    Q_UNUSED(platformData)
+    emit activateRequested();
 }
 
 void ApplicationService::Open(const QStringList& uris, const QVariantMap& platformData)

@@ -12,7 +12,7 @@
  *
  * The desktop calls it to start or show the program, and a second copy calls it to bring the
  * first one's window to the front. Without a session bus, or when another process has the name,
- * nothing happens and the program runs as ever.
+ * nothing happens, and the program runs without it.
  */
 class ApplicationService : public QObject
 {
@@ -20,20 +20,21 @@ class ApplicationService : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    explicit ApplicationService(QObject* parent = nullptr);
+    ApplicationService() = default;
     ~ApplicationService() override;
 
     /// Exports the interface and asks for the bus name, without waiting for the answer. Calls
     /// that come before the event loop runs are kept.
     void start();
 
-    /// For the second copy: calls Activate on the first with the start-up id of its own start,
-    /// that is DESKTOP_STARTUP_ID as it was before the application object was made, which takes
-    /// it away. Waits 2 s at most, starts nothing, and tells whether the first copy answered.
+    /// For the second copy: calls Activate on the first with the start-up id of its own start, that
+    /// is DESKTOP_STARTUP_ID as it was before the application object was made, which removes the
+    /// variable. Waits 2 s at most, starts nothing, and tells whether the first copy answered.
     static bool activateOther(const QByteArray& startupId);
 
 public slots:
-    // The interface; names and types are the standard's.
+    // The interface; names and types are the standard's. The start-up id that may come with a call
+    // is not used.
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
 
     /// Shows the window: the program opens no files.
@@ -44,6 +45,6 @@ public slots:
                                      const QVariantMap& platformData);
 
 signals:
-    /// The window is to come to the front. @p startupId allows it to take the focus; may be empty.
-    void activateRequested(const QString& startupId);
+    /// The window is to come to the front.
+    void activateRequested();
 };

@@ -36,9 +36,9 @@ bool isIgnored(int number)
     return sigaction(number, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN;
 }
 
-/// The session manager has gone away, at the session's end or by a crash: libICE's own answer is
-/// exit(), in the middle of everything. It is part of this process only where Qt's plug-in for X
-/// has brought it.
+/// When the session manager has gone, at the session's end or by a crash, libICE calls exit() in
+/// the middle of everything: a quit is requested instead. libICE is in this process only where Qt's
+/// plug-in for X has loaded it.
 void surviveTheSessionManager()
 {
     using Handler = void (*)(void* connection);
@@ -53,8 +53,7 @@ void surviveTheSessionManager()
 
 } // namespace
 
-QuitRequests::QuitRequests(QObject* parent)
-    : QObject(parent)
+QuitRequests::QuitRequests()
 {
     QCoreApplication::instance()->installEventFilter(this);
     if (pipe2(wakeUpPipe, O_CLOEXEC | O_NONBLOCK) != 0)

@@ -1,7 +1,8 @@
 #include "base/filelock.h"
 
+#include "base/logcategories.h"
+
 #include <QDeadlineTimer>
-#include <QDebug>
 #include <QFile>
 #include <QThread>
 
@@ -45,7 +46,7 @@ bool isRegular(int descriptor)
     return fstat(descriptor, &opened) == 0 && S_ISREG(opened.st_mode);
 }
 
-/// Whether the open file is still the one at @p name: a cleaner of old files may have been there.
+/// Whether the open file is still the one at @p name: it may have been tidied away meanwhile.
 bool isFileAt(int descriptor, const QByteArray& name)
 {
     struct stat opened = {};
@@ -73,11 +74,17 @@ FileLock::FileLock(const QString& path, int waitMs)
     while (!isHeld()) {
         const int opened = openLockFile(name);
         if (opened < 0) {
-            qDebug() << "cannot open lock file" << path << std::strerror(errno);
+            qCDebug(guardLog) << "cannot open lock file" << path << std::strerror(errno);
             return;
         }
-        if (!isRegular(opened) || !lockBefore(deadline, opened)) {
-            qDebug() << "gave up waiting for lock file" << path;
+        if (!isRegular(opened)) {
+            qCDebug(guardLog) << "no file, hence no lock:" << path;
+            close(opened);
+            return;
+        }
+        if (!lockBefore(deadline, opened)) {
+            if (waitMs > 0)
+                qCDebug(guardLog) << "gave up waiting for lock file" << path;
             close(opened);
             return;
         }
@@ -85,6 +92,8 @@ FileLock::FileLock(const QString& path, int waitMs)
             descriptor = opened;
         } else {
             close(opened);
+            if (deadline.hasExpired())
+                return;
         }
     }
     handOver.fetch_add(1, std::memory_order_acq_rel);

@@ -7,20 +7,22 @@
  *
  * It is a flock() on a file that is made when missing and never removed: removing it would let two
  * holders lock two files of the same name. Any user can open the file. The kernel drops the lock
- * at any death of its holder; a holder that is merely stopped keeps it. Between two locks in one
- * process (on two threads) it works like between two processes.
+ * whenever its holder dies; a holder that is merely stopped keeps it. Two locks in one process (on
+ * two threads) exclude each other, too.
  */
 class FileLock
 {
 public:
-    /// Waits at most @p waitMs milliseconds for the lock on the file at @p path. See isHeld().
+    /// Waits at most @p waitMs milliseconds for the lock on the file at @p path; 0 is one try. See
+    /// isHeld().
     FileLock(const QString& path, int waitMs);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    /// False when the wait was over first, or when there is no way to open the file or something
-    /// else is in its place; the log tells.
+    /// False when the wait was over first, or, at once, when there is no way to open the file or
+    /// something else is in its place. The log tells (category "vireon.guard"), but not of a single
+    /// try.
     bool isHeld() const { return descriptor >= 0; }
 
 private:

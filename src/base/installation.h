@@ -1,7 +1,7 @@
 #pragma once
 
-// The program as the desktop knows it: other programs find it and its pictures under these names,
-// and the files in packaging/ bear them, too.
+// The program as the desktop knows it: other programs find it and its pictures under these names.
+// packaging/ uses the same ones.
 
 /// Its name on the session bus, and its desktop entry's without the ending.
 constexpr char applicationId[] = "com.corvanthel.Vireon";

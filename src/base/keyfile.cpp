@@ -7,6 +7,7 @@
 #include <sys/ipc.h>
 #include <sys/sem.h>
 #include <sys/shm.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -15,57 +16,113 @@ namespace {
 constexpr int triesForFreeKey = 32;
 constexpr mode_t keyFileMode = 0640; // as Qt makes it
 
-/// The key that Qt makes from the file; -1 when there is none.
-key_t keyOf(const QByteArray& name)
+key_t plainKeyOf(const QByteArray& name)
 {
     return ftok(name.constData(), 'Q');
 }
 
-bool isSemaphore(key_t key)
+int semaphoreOf(key_t key)
 {
-    return semget(key, 0, 0) >= 0;
+    return semget(key, 0, 0);
 }
 
-bool isSegment(key_t key)
+int segmentOf(key_t key)
 {
-    return shmget(key, 0, 0) >= 0;
+    return shmget(key, 0, 0);
 }
 
-/// Makes the file at @p name, if there is none, with a key for which @p isUsed is false.
-void makeWithFreeKey(const QByteArray& name, bool (*isUsed)(key_t))
+bool isOwnSemaphore(int id)
+{
+    semid_ds state = {};
+    return semctl(id, 0, IPC_STAT, &state) == 0 && state.sem_perm.cuid == geteuid();
+}
+
+bool isOwnSegment(int id)
+{
+    shmid_ds state = {};
+    return shmctl(id, IPC_STAT, &state) == 0 && state.shm_perm.cuid == geteuid();
+}
+
+bool isOwnFile(const QByteArray& name)
+{
+    struct stat state = {};
+    return lstat(name.constData(), &state) == 0 && S_ISREG(state.st_mode)
+        && state.st_uid == geteuid();
+}
+
+/// Makes the file at @p name, where there is none, with a key of which @p objectOf knows nothing.
+bool makeWithFreeKey(const QByteArray& name, int (*objectOf)(key_t))
 {
     std::vector<int> refused; // held open, so that their inode numbers do not come again
-    while (refused.size() < triesForFreeKey) {
+    bool isMade = false;
+    while (!isMade && refused.size() < triesForFreeKey) {
         const int made = open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, keyFileMode);
         if (made < 0)
             break;
         refused.push_back(made);
-        if (!isUsed(keyOf(name)))
-            break;
-        unlink(name.constData());
+        isMade = objectOf(plainKeyOf(name)) < 0;
+        if (!isMade)
+            unlink(name.constData());
     }
     for (const int descriptor : refused)
         close(descriptor);
+    return isMade;
 }
 
 } // namespace
 
-void KeyFile::prepareSemaphore(const QString& path)
+bool KeyFile::prepareSemaphore(const QString& path)
 {
-    const QByteArray name = QFile::encodeName(path);
-    makeWithFreeKey(name, isSemaphore);
-    const int semaphore = semget(keyOf(name), 1, 0);
-    if (semaphore >= 0 && semctl(semaphore, 0, GETVAL) == 0)
-        semctl(semaphore, 0, SETVAL, 1);
+    removeSemaphore(path);
+    return makeWithFreeKey(QFile::encodeName(path), semaphoreOf);
 }
 
-void KeyFile::prepareSegment(const QString& path)
+bool KeyFile::prepareSegment(const QString& path)
 {
-    makeWithFreeKey(QFile::encodeName(path), isSegment);
+    const QByteArray name = QFile::encodeName(path);
+    if (isOwnFile(name)) {
+        const int segment = segmentOf(plainKeyOf(name));
+        if (segment < 0 || isOwnSegment(segment))
+            return true;
+        unlink(name.constData());
+    }
+    return makeWithFreeKey(name, segmentOf);
+}
+
+void KeyFile::removeSemaphore(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (!isOwnFile(name))
+        return;
+    const int semaphore = semaphoreOf(plainKeyOf(name));
+    if (semaphore >= 0 && isOwnSemaphore(semaphore))
+        semctl(semaphore, 0, IPC_RMID);
+    unlink(name.constData());
+}
+
+void KeyFile::removeSegment(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (!isOwnFile(name))
+        return;
+    const int segment = segmentOf(plainKeyOf(name));
+    if (segment >= 0 && isOwnSegment(segment))
+        shmctl(segment, IPC_RMID, nullptr);
+    unlink(name.constData());
 }
 
 QString KeyFile::semaphorePath(const QString& key)
 {
-    return QSharedMemory(key).nativeKey().replace(QLatin1String("/qipc_sharedmemory_"),
-                                                  QLatin1String("/qipc_systemsem_"));
+    return segmentPath(key).replace(QLatin1String("/qipc_sharedmemory_"),
+                                    QLatin1String("/qipc_systemsem_"));
+}
+
+QString KeyFile::segmentPath(const QString& key)
+{
+    return QSharedMemory(key).nativeKey();
+}
+
+key_t KeyFile::keyOf(const QString& path)
+{
+    return plainKeyOf(QFile::encodeName(path));
 }

@@ -13,3 +13,13 @@ constexpr int openWithoutWaiting = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 /// place counts as a file that cannot be opened, and the attempt never blocks. False on failure.
 /// The open file has no name of its own: remove it by its path.
 bool openRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode);
+
+/// Gives the file at @p from the name @p to, unless anything has that name already, be it a link
+/// that leads nowhere. False then, and on failure: the file has its old name still.
+bool renameUnlessTaken(const QString& from, const QString& to);
+
+/// Makes the file @p path with @p content, where there is none yet. It gets its name when it is
+/// complete, so that no end of the process leaves an empty one; a "path.new" may be left then,
+/// which the next call takes away. Links that lead nowhere are followed. Whatever has the name,
+/// also by the time that the content is written, stays as it is. False on failure.
+bool createRegularFile(const QString& path, const QByteArray& content);

@@ -29,13 +29,14 @@ WorkerThread::WorkerThread(int workArg)
 {
 }
 
-void WorkerThread::doWork(QObject* receiver, const char* member, int arg)
+bool WorkerThread::doWork(QObject* receiver, const char* member, int arg)
 {
     qDebug() << "Do work";
     auto* thread = new QThread;
     auto* worker = new WorkerThread(arg);
     worker->moveToThread(thread);
-    connect(worker, SIGNAL(startingToWork(int)), receiver, member, Qt::DirectConnection);
+    const bool connected =
+        connect(worker, SIGNAL(startingToWork(int)), receiver, member, Qt::DirectConnection);
     connect(thread, &QThread::started, worker, &WorkerThread::run);
     // By name: nothing of ours is then shared by the two threads beyond the worker's end.
     connect(worker, SIGNAL(finished()), thread, SLOT(quit()));
@@ -44,6 +45,12 @@ void WorkerThread::doWork(QObject* receiver, const char* member, int arg)
     // Counted here and not in run(): waitForAll() must not miss a thread that is about to start.
     ++runningSlots;
     thread->start(QThread::InheritPriority);
+    if (thread->isRunning() || thread->isFinished())
+        return connected;
+    --runningSlots;
+    delete worker;
+    delete thread;
+    return false;
 }
 
 void WorkerThread::run()

@@ -18,15 +18,17 @@ class WorkerThread : public QObject
 
 public:
     /// Runs @p member of @p receiver, a SLOT() signature that takes one int or nothing, with
-    /// @p arg. Returns at once. A signature that does not exist is a warning of Qt's, and the
-    /// thread then starts and ends without doing anything.
-    static void doWork(QObject* receiver, const char* member, int arg);
+    /// @p arg. Returns at once: whether the slot will run. It will not when the signature does not
+    /// exist: Qt warns, and the thread starts and ends without doing anything. Nor will it when the
+    /// system grants no thread (too many of them, no memory): Qt tells, and nothing is left of the
+    /// call. A command that was to run is lost then, and a watcher watches nothing.
+    static bool doWork(QObject* receiver, const char* member, int arg);
 
     /// Sleeps the calling thread for @p ms milliseconds, or until stopAll() is called.
     static void msleep(unsigned long ms);
 
     /// Tells every running and coming slot to return: msleep() no longer sleeps, and the loops
-    /// see isStopping(). There is no way back; for the end of the process.
+    /// see isStopping(). It cannot be undone: for the end of the process.
     static void stopAll();
 
     /// Whether stopAll() was called. Every loop tests it beside its own stop flag.

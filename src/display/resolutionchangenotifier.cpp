@@ -8,7 +8,6 @@
 #include <QDesktopWidget>
 #include <QScreen>
 #include <QSemaphore>
-#include <QSize>
 
 #include <algorithm>
 #include <cstdio>
@@ -42,7 +41,7 @@ public:
         for (int waited = 0; waited < answerLimitMs && !WorkerThread::isStopping();
              waited += answerSliceMs) {
             if (ready.tryAcquire(1, answerSliceMs))
-                return {answeredWidth, answeredHeight};
+                return answered;
         }
         return {};
     }
@@ -54,14 +53,12 @@ private:
     void answer()
     {
         const QScreen* primary = QGuiApplication::primaryScreen();
-        answeredWidth = primary ? primary->size().width() : 0;
-        answeredHeight = primary ? primary->size().height() : 0;
+        answered = primary ? primary->size() : QSize();
         ready.release();
     }
 
     QSemaphore ready;
-    std::atomic<int> answeredWidth {0};
-    std::atomic<int> answeredHeight {0};
+    std::atomic<QSize> answered {QSize()};
 };
 
 ResolutionChangeNotifier* ResolutionChangeNotifier::_instance = nullptr;
@@ -78,12 +75,11 @@ ResolutionChangeNotifier::ResolutionChangeNotifier(QObject* parent)
     , sizeQuestion(new SizeQuestion, [](SizeQuestion* question) { question->deleteLater(); })
     , lifeline(std::make_shared<Lifeline>())
 {
-    if (const QScreen* primary = QGuiApplication::primaryScreen()) {
-        width = primary->availableSize().width();
-        height = primary->availableSize().height();
-    }
+    if (const QScreen* primary = QGuiApplication::primaryScreen())
+        lastSize = primary->availableSize();
     logScreens();
-    WorkerThread::doWork(this, SLOT(listenToResolution()), -1);
+    if (!WorkerThread::doWork(this, SLOT(listenToResolution()), -1))
+        lifeline->begin();
 }
 
 ResolutionChangeNotifier::~ResolutionChangeNotifier()
@@ -95,7 +91,8 @@ ResolutionChangeNotifier::~ResolutionChangeNotifier()
 
 void ResolutionChangeNotifier::logScreens() const
 {
-    qDebug() << "used width: " << width.load() << " height: " << height.load();
+    const QSize used = lastSize;
+    qDebug() << "used width: " << used.width() << " height: " << used.height();
     if (const QScreen* primary = QGuiApplication::primaryScreen()) {
         qDebug() << " primary screen freq: " << primary->refreshRate()
                  << " width: " << primary->geometry().width()
@@ -133,12 +130,12 @@ void ResolutionChangeNotifier::listenToResolution()
 
 void ResolutionChangeNotifier::compareWith(const QSize& size)
 {
-    if (size.isEmpty() || size == QSize(width, height))
+    const QSize old = lastSize;
+    if (size.isEmpty() || size == old)
         return;
-    qDebug() << "Resolution changed, notify. Old vs new:" << width.load() << "/" << height.load()
+    qDebug() << "Resolution changed, notify. Old vs new:" << old.width() << "/" << old.height()
              << " and " << size.width() << "/" << size.height();
-    width = size.width();
-    height = size.height();
+    lastSize = size;
     emit resolutionChanged(size.width(), size.height());
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QObject>
+#include <QSize>
 
 #include <atomic>
 #include <memory>
 
 class Lifeline;
-class QSize;
 
 /**
  * Watches the size of the primary screen and judges the refresh rates of all screens.
@@ -55,8 +55,7 @@ private:
 
     static ResolutionChangeNotifier* _instance;
 
-    std::atomic<int> width {0};
-    std::atomic<int> height {0};
+    std::atomic<QSize> lastSize {QSize(0, 0)}; ///< width and height in one: always of one screen
     std::atomic<bool> keepListening {true};
     // Shared with the poll, whose last round may be longer than the object's life.
     std::shared_ptr<SizeQuestion> sizeQuestion;

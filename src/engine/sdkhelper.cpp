@@ -1,13 +1,16 @@
 #include "engine/sdkhelper.h"
 
+#include "base/logcategories.h"
 #include "base/workerthread.h"
 #include "engine/childprocess.h"
 #include "engine/statuslistener.h"
 
+#include <QDeadlineTimer>
 #include <QDebug>
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 namespace {
 
@@ -19,6 +22,7 @@ constexpr int restartLimit = 35; // an exit beyond it is the last one
 constexpr int retryLimit = 3;
 constexpr unsigned long readinessIntervalMs = 100;
 constexpr int toolLimitMs = 30000;
+constexpr int stopIntervalMs = 20; // how soon a command sees that the program ends
 
 struct CommandLetter
 {
@@ -44,6 +48,19 @@ QString letterOf(int action)
         std::find_if(std::begin(commandLetters), std::end(commandLetters),
                      [action](const CommandLetter& entry) { return entry.action == action; });
     return found == std::end(commandLetters) ? QString() : QString::fromLatin1(found->letter);
+}
+
+/// Whether the tool came to its end: within its time, and while the program runs.
+bool waitForTool(ChildProcess& tool)
+{
+    const QDeadlineTimer deadline(toolLimitMs);
+    while (!WorkerThread::isStopping() && !deadline.hasExpired()) {
+        if (tool.waitForFinished(stopIntervalMs))
+            return true;
+        if (tool.state() == QProcess::NotRunning)
+            return false; // it could not be started
+    }
+    return false;
 }
 
 /// Whether commands have to wait. Each test reads the status afresh.
@@ -88,8 +105,12 @@ void SdkHelper::startVireon()
     connect(process, &QProcess::readyReadStandardOutput, this, &SdkHelper::onReadyRead);
     connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &SdkHelper::onFinished);
+    connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            qCWarning(engineLog) << "cannot start" << engineProgram << process->errorString();
+    });
     qDebug() << "starting" << engineProgram;
-    process->start(QLatin1String(engineProgram), {}, QIODevice::ReadWrite);
+    process->launch(QLatin1String(engineProgram));
 }
 
 void SdkHelper::stopVireon()
@@ -108,10 +129,7 @@ void SdkHelper::discardProcess()
     if (!old)
         return;
     old->disconnect(this);
-    if (old->state() == QProcess::NotRunning)
-        old->deleteLater();
-    else
-        delete old;
+    old->discard();
 }
 
 void SdkHelper::onReadyRead()
@@ -189,12 +207,18 @@ void SdkHelper::processTrigger(int action)
 
 bool SdkHelper::runTool(const QString& letter)
 {
-    ChildProcess tool;
+    auto tool = std::make_unique<ChildProcess>();
     // Nobody reads its output, which would pile up here.
-    tool.setStandardOutputFile(QProcess::nullDevice());
-    tool.start(QLatin1String(toolProgram), {letter}, QIODevice::ReadWrite);
-    const bool finished = tool.waitForFinished(toolLimitMs);
+    tool->setStandardOutputFile(QProcess::nullDevice());
+    tool->launch(QLatin1String(toolProgram), {letter});
+    const bool finished = waitForTool(*tool);
+    if (WorkerThread::isStopping() && !finished) {
+        static_cast<void>(tool.release()); // it has its grace period, too
+        return false;
+    }
     qDebug() << "returned from " << toolProgram << " : " << (finished ? "true" : "false");
+    if (!finished)
+        tool->endNow();
     return finished;
 }
 

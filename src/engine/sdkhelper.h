@@ -20,8 +20,8 @@ class ChildProcess;
  * queued nor serialised. A command that was running when the engine exited is sent again, three
  * times at most, unless a status report came meanwhile: resetLastAction().
  *
- * Lives on the GUI thread; the members that commands write on their threads are atomics. What two
- * commands at a time do to each other's bookkeeping is accepted: the later one's wins.
+ * Lives on the GUI thread; the members that commands write on their threads are atomics. Two
+ * commands at a time overwrite each other's bookkeeping: the later one wins, which is accepted.
  *
  * QML knows it as "sdk".
  */
@@ -53,7 +53,7 @@ public:
     /// The supervisor; the first call makes it with @p parent, later ones ignore the argument.
     static SdkHelper* instance(QObject* parent = nullptr);
 
-    /// Kills an engine that still runs.
+    /// Kills an engine that still runs. The program leaves it alive: the engine has a grace period.
     ~SdkHelper() override;
 
     /// No command is pending any more: an exit of the engine re-sends nothing.
@@ -83,8 +83,7 @@ private slots:
 private:
     explicit SdkHelper(QObject* parent);
 
-    /// Lets go of the process object first and destroys it then: the destructor of a running one
-    /// emits finished().
+    /// Lets go of the process object first, so that its end is not taken for a crash.
     void discardProcess();
     void resendLastAction();
     bool runTool(const QString& letter);

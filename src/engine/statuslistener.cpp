@@ -31,6 +31,7 @@ StatusListener* StatusListener::instance()
 
 StatusListener::StatusListener()
 {
+    QFile::remove(statusFilePath());
     startReader();
 }
 
@@ -81,7 +82,7 @@ void StatusListener::injectStatus(int newStatus)
     QFile::remove(statusFilePath());
     status = newStatus;
     emit statusChanged(newStatus);
-    WorkerThread::doWork(this, SLOT(readStatusFile()), -1);
+    startReader();
 }
 
 void StatusListener::resetWithProblem()
@@ -95,6 +96,7 @@ void StatusListener::resetWithProblem()
         QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         emit statusChanged(StatusEngineRestarting);
     }
+    QFile::remove(statusFilePath());
     startReader();
 }
 
@@ -109,6 +111,7 @@ void StatusListener::pauseReader()
 
 void StatusListener::startReader()
 {
-    QFile::remove(statusFilePath());
-    WorkerThread::doWork(this, SLOT(readStatusFile()), -1);
+    // Nobody waits for the end of a reader that could not be started.
+    if (!WorkerThread::doWork(this, SLOT(readStatusFile()), -1))
+        readerStopped = true;
 }

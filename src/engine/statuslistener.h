@@ -9,14 +9,14 @@
 /**
  * Follows the engine's status file and keeps the last status code and firmware indicator.
  *
- * A reader on a worker thread opens the file (GS::penSettingsPath) every 300 ms and reads its
- * first two lines: "Result=" and the status code, "Firmware=" and the firmware indicator, both
- * decimal. A missing prefix is no error; a line that is not a number is ignored. A file that
- * cannot be opened is logged and changes nothing.
+ * A reader on a worker thread looks at the file (GS::penSettingsPath) every 300 ms; StatusReport
+ * tells its format. A line that is not a number changes nothing, and neither does a file that
+ * cannot be opened, which is logged.
  *
  * The controller's own verdicts go through injectStatus() and resetWithProblem(). Both replace the
  * reader by a new one and delete the file between the two, so that only what the engine writes
- * afterwards is seen; there is never more than one reader.
+ * afterwards is seen; there is never more than one reader. Where the system grants no thread for
+ * a new one, the file is not read until the next of these calls.
  */
 class StatusListener : public QObject
 {
@@ -47,7 +47,7 @@ private:
     std::atomic<int> status {StatusUnknown};
 
 public:
-    /// The last "Firmware=" value, 999 until the engine has written one; below 2 means an old
+    /// The last firmware indicator, 999 until the engine has written one; below 2 means an old
     /// camera firmware. It outlives restarts of the engine. Any thread.
     std::atomic<int> firmware {999};
 

@@ -5,11 +5,10 @@
 #include <optional>
 
 /**
- * What one look at the engine's status file finds.
+ * What one look at the engine's status file finds. docs/engine-contract.md tells the format.
  *
- * The first line is "Result=" and the status code, the second "Firmware=" and the firmware
- * indicator, both decimal. A missing prefix is no error, and only its first occurrence is removed.
- * At most 4096 bytes of each line are looked at: a file of any size costs the same.
+ * Beyond that, a line is read with or without its prefix, of which only the first occurrence is
+ * removed, and a line of more than 4096 bytes is no number: a file of any size costs the same.
  */
 struct StatusReport
 {

@@ -11,6 +11,14 @@ namespace {
 
 constexpr unsigned long pollIntervalMs = 1000;
 
+/// One for all listeners of the process; it is never deleted: a listener's last look may last
+/// longer than the listener.
+RunGuard* guardOfTheApplication()
+{
+    static auto* const guard = new RunGuard(GS::instance()->appName);
+    return guard;
+}
+
 } // namespace
 
 ExitListener* ExitListener::_instance = nullptr;
@@ -24,10 +32,11 @@ ExitListener* ExitListener::instance(QObject* parent)
 
 ExitListener::ExitListener(QObject* parent)
     : QObject(parent)
-    , runGuard(std::make_shared<RunGuard>(GS::instance()->appName))
+    , runGuard(guardOfTheApplication())
     , lifeline(std::make_shared<Lifeline>())
 {
-    WorkerThread::doWork(this, SLOT(listenToExit()), -1);
+    if (!WorkerThread::doWork(this, SLOT(listenToExit()), -1))
+        lifeline->begin();
 }
 
 ExitListener::~ExitListener()
@@ -44,7 +53,7 @@ bool ExitListener::isAnotherRunning()
 
 void ExitListener::listenToExit()
 {
-    const std::shared_ptr<RunGuard> guard = runGuard;
+    RunGuard* const guard = runGuard;
     const std::shared_ptr<Lifeline> line = lifeline;
     line->begin();
     do {

@@ -12,7 +12,7 @@ class RunGuard;
  * Notices, from another program, that the guarded application has gone away.
  *
  * A worker thread asks a guard with the application's key (GS::appName) once a second and ends
- * when it has told. There is no time limit.
+ * once it has told. There is no time limit. Neither making nor deleting it waits for anything.
  */
 class ExitListener : public QObject
 {
@@ -22,15 +22,15 @@ public:
     /// The listener. The first call makes it, with @p parent, and starts the poll.
     static ExitListener* instance(QObject* parent = nullptr);
 
-    /// Ends the poll without a signal. A look that is just being taken keeps the guard alive.
+    /// Ends the poll without a signal. Does not wait for a question that is under way.
     ~ExitListener() override;
 
-    /// Whether the application runs now; any thread. Takes 2.5 s at most, then answers yes.
+    /// Whether the application runs now; any thread. Takes 0.1 s at most.
     bool isAnotherRunning();
 
 signals:
     /// Once, from the listener's thread, when the application no longer runs: within about a
-    /// second of its end, a second more after a crash.
+    /// second of its end.
     void hasExited();
 
 private slots:
@@ -42,6 +42,6 @@ private:
     static ExitListener* _instance;
 
     std::atomic<bool> keepListening {true};
-    const std::shared_ptr<RunGuard> runGuard;
+    RunGuard* const runGuard; ///< never deleted
     const std::shared_ptr<Lifeline> lifeline;
 };

@@ -3,6 +3,7 @@
 #include "base/regularfile.h"
 #include "base/workerthread.h"
 #include "ipc/mailboxcommand.h"
+#include "ipc/mailboxfile.h"
 #include "settings/globalsettings.h"
 
 #include <QDebug>
@@ -37,7 +38,8 @@ void IpcListener::listenToFifos()
 {
     const QString path = GS::instance()->fifo1Path;
     qDebug() << "Fifo position:" << path;
-    drainLeftover(path);
+    MailboxFile::Content handled; // and still there, for want of permission to delete it
+    drainLeftover(path, handled);
     while (running && !WorkerThread::isStopping()) {
         if (!readingEnabled) {
             readerPaused = true;
@@ -45,38 +47,41 @@ void IpcListener::listenToFifos()
             continue;
         }
         if (QFile::exists(path))
-            readCommand(path);
+            readCommand(path, handled);
         WorkerThread::msleep(settleMs);
         WorkerThread::msleep(stepMs);
     }
 }
 
-void IpcListener::drainLeftover(const QString& path)
+void IpcListener::drainLeftover(const QString& path, MailboxFile::Content& handled)
 {
-    QFile file;
-    if (!openRegularFile(file, path, QIODevice::ReadWrite | QIODevice::ExistingOnly))
+    MailboxFile file(path, QIODevice::ReadWrite | QIODevice::ExistingOnly);
+    if (!file.isOpen() || file.content().line.isEmpty())
         return;
-    if (!MailboxCommand::readFirstLine(file).isEmpty()) {
-        emit received(leftoverCode);
-        QFile::remove(path);
-    }
+    emit received(leftoverCode);
+    if (!file.remove())
+        handled = file.content();
 }
 
-void IpcListener::readCommand(const QString& path)
+void IpcListener::readCommand(const QString& path, MailboxFile::Content& handled)
 {
-    QFile file;
-    if (!openRegularFile(file, path, QIODevice::ReadOnly))
+    MailboxFile file(path, QIODevice::ReadOnly);
+    if (!file.isOpen())
         return;
-    const QString line = MailboxCommand::readFirstLine(file);
-    qDebug() << "ipc read:" << line;
-    if (line.isEmpty())
-        return;
-    qDebug() << "read command from" << path;
-    if (const MailboxCommand* command = MailboxCommand::find(line)) {
-        emit received(command->code);
-        qDebug() << command->logText;
+    if (!(file.content() == handled)) {
+        const QString& line = file.content().line;
+        qDebug() << "ipc read:" << line;
+        if (line.isEmpty())
+            return;
+        qDebug() << "read command from" << path;
+        if (const MailboxCommand* command = MailboxCommand::find(line)) {
+            emit received(command->code);
+            qDebug() << command->logText;
+        }
+        handled = file.content();
     }
-    QFile::remove(path);
+    if (file.remove())
+        handled = {};
 }
 
 void IpcListener::writeDone()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ipc/mailboxfile.h"
+
 #include <QObject>
 
 #include <atomic>
@@ -13,11 +15,11 @@
  * Nothing ever blocks on either file: a directory, a pipe or a device in their place counts as a
  * file that cannot be opened, and is tried again 60 ms later.
  *
- * Only the first character of the command file's first line counts, once white space was trimmed
- * off both ends; case matters. All else is dropped with the file, and so is a character that is
- * not a command. The text is UTF-8 and at most the first 65536 characters of the line are read, so
- * that a file of any size costs the same: a command behind more blanks than that is not found. A
- * file whose first line is empty stays and is read again until it is filled.
+ * MailboxCommand tells the command file's format. A file that holds no command is deleted as well,
+ * but one whose first line is empty stays and is read again until it is filled.
+ *
+ * A command acts once: where the file cannot be deleted, it is passed over until it is written
+ * anew or replaced. A newer file that comes while one is being handled is not deleted with it.
  *
  * There is no queue: a sender that wants every command executed waits until the file is gone
  * before it writes the next one. Failures are never told to the sender.
@@ -52,8 +54,8 @@ public slots:
     void listenToFifos();
 
 private:
-    void drainLeftover(const QString& path);
-    void readCommand(const QString& path);
+    void drainLeftover(const QString& path, MailboxFile::Content& handled);
+    void readCommand(const QString& path, MailboxFile::Content& handled);
 
     static IpcListener* _instance;
 

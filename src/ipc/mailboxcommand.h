@@ -7,8 +7,9 @@ class QFile;
 /**
  * One command of the mailbox: the character that the sender writes, and what it stands for.
  *
- * Only the first character of the first line counts, once white space was trimmed off both ends;
- * case matters. At most 65536 characters of the line are read.
+ * The command file is a text in UTF-8, of which only the first character of the first line counts,
+ * once white space was trimmed off both ends; case matters. At most 65536 characters of the line
+ * are read, so that a file of any size costs the same.
  */
 struct MailboxCommand
 {

@@ -6,52 +6,86 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 class FileLock;
+class KeyFileWatch;
+struct AttachedSegment;
 
 /**
- * Makes sure that only one copy of the program runs per machine.
+ * Makes sure that only one copy of the program runs per machine, whoever its user is.
  *
- * A shared-memory segment is the marker that a copy runs; a system semaphore is the lock around
- * every look at it. Both leave with their process, but they are known by key files in the
- * temporary directory (TMPDIR), which the copies make and remove: a file lock beside them
- * ("runguard_…lock" there, never removed) is held whenever they are made, used or destroyed, so
- * that no copy does so under another one's hands. A copy that was stopped while holding it makes a
- * start wait 5 s; it then counts as running. Nothing here waits without a limit.
+ * A shared-memory segment is the marker: a copy runs when a process is attached to it, which the
+ * kernel tells to all users. What a killed copy left behind is none. A system semaphore is the lock
+ * around every use of the marker. Both are known by key files in the temporary directory (TMPDIR;
+ * /tmp when that is no directory to write in), which Qt makes and removes: a file lock beside them
+ * ("runguard_…lock" there, never removed) is held meanwhile, so that no copy does so under another
+ * one's hands. The objects exist while the marker is held, and during a step.
+ *
+ * Where another user's left-overs are in the way, or the file lock is not to be had, the copy takes
+ * names of its own, with its user's and its process' number in them: nobody else uses these
+ * objects, and the others compute the names from what the kernel tells of the marker. After making
+ * it the copy looks whether another one did the same at that moment; then both try again.
+ *
+ * A cleaner of old files may remove the key files while the program runs, and no other copy would
+ * find the marker. They are watched, and made anew with their objects as soon as one is gone. That
+ * needs the event loop; setting their times now and then would not be enough for a machine that
+ * slept for weeks.
+ *
+ * Nothing here waits without a limit. On the thread that made it, unless a member says otherwise.
  */
 class RunGuard
 {
 public:
     /// A guard with @p key; copies with different keys do not know of each other. Drops the marker
-    /// of a copy that crashed.
+    /// of a copy that crashed, unless the file lock is taken. Does not wait.
     explicit RunGuard(QString const& key);
 
-    /// Calls off the marker. When the file lock is not to be had within 1 s, all is left to the
-    /// kernel and to the next copy.
+    /// Does what release() does.
     ~RunGuard();
     RunGuard(const RunGuard&) = delete;
     RunGuard& operator=(const RunGuard&) = delete;
 
     /// Whether another copy holds the marker: false, without locking, on the guard that holds it.
-    /// A copy of another user, which cannot be looked at, counts as running.
+    /// Drops a crashed copy's marker. Waits 0.1 s for the file lock at most. Any thread.
     bool isAnotherRunning();
 
-    /// Takes the marker. False when another copy holds it, or when it cannot be made at all.
+    /// Takes the marker. False when another copy holds it, or when it cannot be made at all. Waits
+    /// for a copy that is quitting, 3 s at most, and 2.5 s for the file lock; then it goes on
+    /// without, with a warning on the log ("vireon.guard").
     bool tryToRun();
 
-    /// Gives the marker back; also allowed when it is not held.
+    /// Gives the marker back and removes all System V objects and key files, whatever other threads
+    /// do; also allowed when it is not held. Waits 1 s for the file lock at most.
     void release();
 
+    /// To be called when the program begins to quit: copies that are started from now on wait for
+    /// its end. Without effect when no guard of this process holds the marker.
+    static void announceEnd();
+
 private:
-    bool prepare(const FileLock& turn);
-    bool createMarker();
-    void detachMarker(const FileLock& turn);
+    std::optional<AttachedSegment> findMarker() const;
+    bool isAnotherRunning(const FileLock& turn);
+    void clearStaleMarker(const FileLock& turn);
+    void awaitEndOfQuitting() const;
+    bool createMarker(const FileLock& turn);
+    bool createMarker(QString const& variant);
+    bool prepareLock(QString const& variant);
+    bool prepareMarker(QString const& variant);
+    void detachMarker();
+    void abandonMarker();
+    void forgetMarker();
+    void renewMarker();
     QString lockPath() const;
 
+    static RunGuard* holder; ///< the guard of this process that took the marker last
+
     QString const key;
-    QString const memLockKey; ///< 40 hexadecimal digits, as the next one
-    QString const sharedmemKey;
-    std::unique_ptr<QSharedMemory> sharedMem; ///< null until the file lock was held once
-    std::unique_ptr<QSystemSemaphore> memLock; ///< likewise
-    std::atomic<bool> holdsMarker {false}; ///< sharedMem is attached for good, not just for a look
+    QString memLockKey; ///< 40 hexadecimal digits, as the next one
+    QString sharedmemKey;
+    std::unique_ptr<QSharedMemory> sharedMem; ///< null unless the marker is held
+    std::unique_ptr<QSystemSemaphore> memLock; ///< null unless in a step or the marker is held
+    std::atomic<bool> holdsMarker {false};
+    int markerId = -1; ///< the segment's, while it is held
+    std::unique_ptr<KeyFileWatch> watch; ///< while the marker is held
 };

@@ -16,8 +16,8 @@ constexpr unsigned long pollIntervalMs = 1000;
 
 enum UpdaterState : std::int32_t { NotNeeded = -1, Unknown = 0, InProgress = 1, Busy = 2 };
 
-/// Attaching without a key file is in vain, but it would make a lock and remove it again under the
-/// hands of an updater that is just starting.
+/// Attaching without a key file fails, but makes and removes a lock meanwhile that an updater which
+/// is just starting may be using.
 bool attachIfPresent(QSharedMemory& memory)
 {
     return memory.isAttached() || (QFile::exists(memory.nativeKey()) && memory.attach());
@@ -41,7 +41,8 @@ UpdaterStateListener::UpdaterStateListener(QString key)
     qDebug() << "update listener " << key;
     sharedMemory->setKey(key);
     keepListening = true;
-    WorkerThread::doWork(this, SLOT(listenToUpdateProcess()), -1);
+    if (!WorkerThread::doWork(this, SLOT(listenToUpdateProcess()), -1))
+        lifeline->begin();
 }
 
 UpdaterStateListener::~UpdaterStateListener()

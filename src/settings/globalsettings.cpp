@@ -1,5 +1,6 @@
 #include "settings/globalsettings.h"
 
+#include "base/linereader.h"
 #include "base/regularfile.h"
 #include "base/stringutil.h"
 #include "display/resolutionchangenotifier.h"
@@ -23,6 +24,9 @@
 #include <variant>
 
 namespace {
+
+constexpr int configLineLimit = 131072; // bytes; any path and any number is shorter
+constexpr int userLineLimit = 4096; // characters
 
 // --- The configuration file's lines -----------------------------------------------------------
 
@@ -237,6 +241,15 @@ int toInt32(double number)
     return static_cast<int>(number);
 }
 
+/// A value that only begins with blanks is no value of blanks alone: with the rest of a line, the
+/// blanks before it go.
+QByteArray withoutCutBlanks(QByteArray line)
+{
+    while (line.endsWith(' '))
+        line.chop(1);
+    return line;
+}
+
 /// The product in 32 bits, wrapped where it does not fit.
 int wrappedProduct(int a, int b)
 {
@@ -285,12 +298,10 @@ GS* GS::load(QString path)
         return nullptr;
 
     // The read that meets the end is processed too: after a last "\n" comes one more, empty line.
-    bool atEnd = false;
-    for (std::size_t number = 0; !atEnd; ++number) {
-        QByteArray line = file.readLine();
-        atEnd = !line.endsWith('\n');
-        if (!atEnd)
-            line.chop(1);
+    LineReader<QByteArray> lines([&file](int size) { return file.read(size); }, configLineLimit);
+    for (std::size_t number = 0; number == 0 || lines.hasBreak(); ++number) {
+        lines.next();
+        const QByteArray line = lines.isCut() ? withoutCutBlanks(lines.line()) : lines.line();
         settings->storeConfigLine(number, line.toStdString());
     }
 
@@ -388,17 +399,18 @@ void GS::loadUserSettings()
 
 void GS::readUserLines(QTextStream& stream)
 {
-    // Ends at the first read that fails: atEnd() trusts the file's size, which not all files keep.
-    QString line;
-    for (std::size_t number = 0; stream.readLineInto(&line); ++number) {
+    LineReader<QString> lines([&stream](int size) { return stream.read(size); }, userLineLimit);
+    for (const UserLine& target : userLines) {
+        if (!lines.next())
+            return;
+        const QString line = lines.line().trimmed(); // of a "\r", too
         const auto store = Overloaded {
             [&](int GS::*field) { this->*field = line.toInt(); },
             [&](bool GS::*field) { this->*field = line.toInt() != 0; },
             [&](std::atomic<int> GS::*field) { this->*field = line.toInt(); },
             [&](TransformValue value) { userTransform[value.index] = line.toDouble(); },
         };
-        if (number < userLines.size())
-            std::visit(store, userLines[number]);
+        std::visit(store, target);
         if (stylusOnly)
             isTouch = 1;
     }
@@ -422,11 +434,12 @@ void GS::saveUserSettings()
     // One write over the old text, cut to length after it: whoever reads meanwhile, and whatever
     // ends the process, the file is never empty. A longer old text's end is beyond the lines read.
     QFile file;
-    if (!openRegularFile(file, QString::fromStdString(userIniPath),
-                         QIODevice::ReadWrite | QIODevice::Unbuffered))
-        return;
+    const QString path = QString::fromStdString(userIniPath);
     const QByteArray bytes = text.toUtf8();
-    if (file.write(bytes) == bytes.size())
+    if (!openRegularFile(file, path,
+                         QIODevice::ReadWrite | QIODevice::Unbuffered | QIODevice::ExistingOnly))
+        createRegularFile(path, bytes);
+    else if (file.write(bytes) == bytes.size())
         file.resize(bytes.size());
 }
 

@@ -43,11 +43,12 @@ public:
 
     /// New settings, filled from the configuration file at @p path, or null if that cannot be
     /// opened. The caller owns them. Sets the process's C locale to "C" for good. Throws
-    /// std::out_of_range for a value made of blanks alone; nothing in the program catches it.
+    /// std::out_of_range for a value made of blanks alone; nothing in the program catches it. Of a
+    /// line longer than 131072 bytes only so much counts, and it never throws.
     static GS* load(QString path);
 
     /// Reads the user settings file. A missing file leaves the defaults, but for cpuState on a
-    /// small machine; a line that is not a number reads as 0.
+    /// small machine; a line that is not a number reads as 0. 4096 characters of a line count.
     void loadUserSettings();
 
     /// Rewrites the user settings file as a whole; does nothing if it cannot be opened. A process

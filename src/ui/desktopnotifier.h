@@ -12,7 +12,7 @@ class QDBusPendingCallWatcher;
  * could show them.
  *
  * Every call is asynchronous: a service that hangs or is missing delays nothing, and a message
- * that it does not take is lost without a word.
+ * that it does not take is lost silently.
  */
 class DesktopNotifier : public QObject
 {

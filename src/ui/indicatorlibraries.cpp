@@ -1,6 +1,7 @@
 #include "ui/indicatorlibraries.h"
 
-#include <QDebug>
+#include "base/logcategories.h"
+
 #include <QLibrary>
 
 #include <dlfcn.h>
@@ -63,18 +64,18 @@ const IndicatorLibrary* loadIndicator()
 {
     static IndicatorLibrary functions {};
     if (isInProcess("libgtk-3.so.0")) {
-        qDebug() << "no indicator: GTK 3 is loaded";
+        qCDebug(desktopLog) << "no indicator: GTK 3 is loaded";
         return nullptr;
     }
     Library gtk("libgtk-x11-2.0.so.0");
     Library indicator("libayatana-appindicator.so.1");
     // The indicator brings GTK 2 with it: asked for first, a missing one leaves no GTK behind.
     if (!resolveIndicator(indicator, functions)) {
-        qDebug() << "no indicator:" << indicator.error();
+        qCDebug(desktopLog) << "no indicator:" << indicator.error();
         return nullptr;
     }
     if (!resolveGtk(gtk, functions)) {
-        qDebug() << "no indicator:" << gtk.error();
+        qCDebug(desktopLog) << "no indicator:" << gtk.error();
         return nullptr;
     }
     return &functions;
@@ -88,7 +89,7 @@ const NotifyLibrary* loadNotify()
         && RESOLVE(notify, notify_notification_new) && RESOLVE(notify, notify_notification_show)
         && RESOLVE(notify, notify_notification_set_timeout))
         return &functions;
-    qDebug() << "no notifications:" << notify.error();
+    qCDebug(desktopLog) << "no notifications:" << notify.error();
     return nullptr;
 }
 

@@ -16,7 +16,7 @@ KeyboardRouter::KeyboardRouter(QWindow* innerView, QWidget* itsContainer, QMenuB
     , window(itsContainer->window())
     , menuBar(bar)
 {
-    // Queued: Qt tells of a change while it is still at it.
+    // Queued: Qt emits these while the change is still under way.
     const auto leadOn = &KeyboardRouter::leadToView;
     connect(qApp, &QGuiApplication::focusWindowChanged, this, leadOn, Qt::QueuedConnection);
     connect(qApp, &QApplication::focusChanged, this, leadOn, Qt::QueuedConnection);

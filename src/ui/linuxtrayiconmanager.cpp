@@ -1,10 +1,10 @@
 #include "ui/linuxtrayiconmanager.h"
 
 #include "base/installation.h"
+#include "base/logcategories.h"
 #include "ui/indicatorlibraries.h"
 
 #include <QAbstractEventDispatcher>
-#include <QDebug>
 #include <QTimer>
 
 namespace {
@@ -20,7 +20,7 @@ const char* const notificationName = "example";
 
 void onShow(GtkWidget* widget, void* data)
 {
-    // The answer does not matter. The entry has no check mark, so that GTK complains.
+    // The result is not used. The entry has no check mark, so GTK logs a complaint.
     IndicatorLibrary::instance()->gtk_check_menu_item_get_active(widget);
     static_cast<LinuxTrayIconManager*>(data)->showWindow();
 }
@@ -35,7 +35,7 @@ bool initialiseGtk(const IndicatorLibrary& gtk)
     // The program's locale for numbers stays "C".
     gtk.gtk_disable_setlocale();
     if (!gtk.gtk_init_check(nullptr, nullptr)) {
-        qDebug() << "no indicator: GTK cannot be initialised";
+        qCDebug(desktopLog) << "no indicator: GTK cannot be initialised";
         return false;
     }
     // GTK's handler of X errors would end the process at any of Qt's harmless ones.

@@ -5,6 +5,7 @@
 #include "engine/childprocess.h"
 #include "engine/sdkhelper.h"
 #include "engine/statuslistener.h"
+#include "ipc/runguard.h"
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
 #include "ui/firmwareprompt.h"
@@ -649,7 +650,7 @@ void MainWindow::keepACpuRunning()
         qDebug() << "keepACpuRunning create ";
     }
     qDebug() << "keepACpuRunning";
-    keepAwakeProcess->start(QLatin1String(keepAwakeHelper), {}, QIODevice::ReadWrite);
+    keepAwakeProcess->launch(QLatin1String(keepAwakeHelper));
     qDebug() << "keepACpuRunning done";
 }
 
@@ -657,7 +658,7 @@ void MainWindow::enableProcessorIdleMode()
 {
     viewRoot.setKeepingACpuRunning(false);
     if (keepAwakeProcess)
-        keepAwakeProcess->close();
+        keepAwakeProcess->endNow();
 }
 
 void MainWindow::wasteCpu()
@@ -684,6 +685,7 @@ void MainWindow::exitApp()
 {
     if (quitting)
         return;
+    RunGuard::announceEnd();
     sdk->trigger(SdkHelper::QuitEngine);
     if (trayIcon)
         trayIcon->hide();
@@ -692,7 +694,7 @@ void MainWindow::exitApp()
     qDebug() << "Quit Vireon clicked";
     hide();
     if (keepAwakeProcess)
-        keepAwakeProcess->close();
+        keepAwakeProcess->endNow();
     // Not a nested event loop, in which the engine's exit would be taken for a crash.
     QThread::msleep(quitGraceMs);
     close();

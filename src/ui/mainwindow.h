@@ -12,12 +12,12 @@
 #include <memory>
 
 class LinuxTrayIconManager;
+class ChildProcess;
 class MessageChannel;
 class MyWidget;
 class QAction;
 class QMenu;
 class QMenuBar;
-class QProcess;
 class SdkHelper;
 class Splash;
 class WindowFrame;
@@ -240,7 +240,7 @@ private:
     QMenu* calibrationMenu = nullptr;
     QMenu* inputMenu = nullptr; ///< attached nowhere
     void* reserved = nullptr; ///< never used
-    QProcess* keepAwakeProcess = nullptr;
+    ChildProcess* keepAwakeProcess = nullptr;
     Splash* splash = nullptr;
     bool firmwarePromptShown = false;
     bool constructed = false; ///< the constructor has come to its end

@@ -1,6 +1,6 @@
 // The mailbox's command file: any text has a first line, and a command only if it begins with one.
 
-#include "fuzzfile.h"
+#include "fuzz/fuzzfile.h"
 #include "ipc/mailboxcommand.h"
 
 #include <QFile>

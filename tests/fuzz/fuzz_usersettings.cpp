@@ -2,7 +2,7 @@
 // text as the engine's status file gives a report whose number is the text's own.
 
 #include "engine/statusreport.h"
-#include "fuzzfile.h"
+#include "fuzz/fuzzfile.h"
 #include "settings/globalsettings.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)

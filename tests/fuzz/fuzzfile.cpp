@@ -1,4 +1,4 @@
-#include "fuzzfile.h"
+#include "fuzz/fuzzfile.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -9,7 +9,7 @@
 class FuzzFile
 {
 public:
-    /// Ends the process when there is no such file to be had.
+    /// Ends the process when the file cannot be made.
     FuzzFile();
 
     FuzzFile(const FuzzFile&) = delete;

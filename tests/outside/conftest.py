@@ -8,7 +8,7 @@ import tempfile
 
 import pytest
 
-from rig import App, Bus, Desktop, Subject, adopt_orphans, wait_for
+from rig import App, Desktop, Subject, adopt_orphans, wait_for
 from rig.processes import descendants_of, end, name_of
 
 
@@ -32,7 +32,7 @@ def directory():
 
 @pytest.fixture
 def make_desktop():
-    """What makes the desktop in a directory; a file of tests on another kind has its own."""
+    """What makes the desktop in a directory; files of tests on another kind override it."""
     return Desktop
 
 
@@ -49,7 +49,7 @@ def desktop(directory, make_desktop):
 @pytest.fixture
 def bus(desktop):
     """The desktop's session bus."""
-    return Bus(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+    return desktop.bus()
 
 
 @pytest.fixture
@@ -100,7 +100,7 @@ def app(install):
 
 
 def _expect_no_processes():
-    """What is started on a bus ends by itself when the bus has gone, a moment later."""
+    """What was started on a bus ends by itself, a moment after the bus."""
     try:
         wait_for(lambda: not descendants_of(os.getpid()), 15)
     except AssertionError:
@@ -116,8 +116,7 @@ def _finish(app):
     try:
         if app.is_running():
             assert app.quit() == 0
-        wait_for(lambda: not app.programs_running(), 15,
-                 what=lambda: f"an end of {app.programs_running()}")
+        app.wait_for_end_of_all()
         assert not app.faults(), "\n".join(app.faults())
     except BaseException:
         _tell_about(app)

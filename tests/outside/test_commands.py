@@ -35,6 +35,15 @@ def test_command_given_before_the_first_report_waits(install):
     wait_for(lambda: app.letters() == ["m"], what="the letter m")
 
 
+def test_exit_code_of_the_tool_is_not_examined(install):
+    app = install(scenario="answer m exit 7\n").start()
+    app.wait_until_shows("Started and ready")
+    app.click("Manual Calibration")
+    wait_for(lambda: app.log_count(r"Sdk successful for command:"), what="a success")
+    app.wait_until_shows("Loading...")
+    app.wait_until_shows("Started and ready")
+
+
 def test_two_tools_at_once(install):
     # A report other than "calibrating" frees the buttons while the first tool still waits.
     app = install(scenario="on m status 3\nanswer m after 12000\n"

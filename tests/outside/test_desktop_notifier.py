@@ -4,20 +4,15 @@ import signal
 
 import pytest
 
-from rig import wait_for
+from rig import NotificationService
 
-SERVICE = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
 QUICK_MS = 1000
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
 
 
 @pytest.fixture
-def daemon(desktop, bus):
-    """A notification service that keeps what it is told."""
-    daemon = desktop.start("/usr/bin/python3", "-m", "dbusmock", "--session",
-                           "--template", "notification_daemon")
-    bus.wait_for_owner(SERVICE[0])
-    return daemon
+def service(desktop, bus):
+    return NotificationService(desktop, bus)
 
 
 @pytest.fixture
@@ -31,88 +26,76 @@ def do(notifier, *words):
     assert said == "done" and int(duration) < QUICK_MS
 
 
-def calls(bus, count):
-    """The first `count` calls of the service: (method, arguments)."""
-    wait_for(lambda: len(bus.mock_calls(*SERVICE)) >= count, what=f"{count} calls")
-    found = bus.mock_calls(*SERVICE)
-    assert len(found) == count
-    return found
-
-
-def test_message_is_shown_for_five_seconds(bus, daemon, notifier):
+def test_message_is_shown_for_five_seconds(service, notifier):
     do(notifier, "show", "Vireon", "Läuft im Hintergrund 実行中")
-    ((method, arguments),) = calls(bus, 1)
+    ((method, arguments),) = service.wait_for_calls(1)
     assert method == "Notify"
     assert arguments == ["Vireon", 0, "/usr/local/bin/Vireon/Corvanthel.png", "Vireon",
                          "Läuft im Hintergrund 実行中", ["default", "Open"],
                          {"desktop-entry": "com.corvanthel.Vireon"}, 5000]
 
 
-def test_click_on_a_message_is_told_once_for_each(bus, daemon, notifier):
-    def emit(name, signature, *arguments):
-        bus.call(*SERVICE, "org.freedesktop.DBus.Mock", "EmitSignal", "(sssav)", SERVICE[0], name,
-                 signature, [bus.variant(kind, value) for kind, value in zip(signature, arguments)])
-
+def test_click_on_a_message_is_told_once_for_each(service, notifier):
     for text in "AB":
         do(notifier, "show", "Vireon", text)
-    calls(bus, 2)
+    service.wait_for_calls(2)
     for number in (1, 2):
-        emit("ActionInvoked", "us", number, "default")
+        service.emit("ActionInvoked", "us", number, "default")
         assert notifier.answer() == "clicked"
     # Another program's message, another action, and a message that is gone.
-    emit("ActionInvoked", "us", 3, "default")
-    emit("ActionInvoked", "us", 1, "other")
-    emit("NotificationClosed", "uu", 1, 2)
-    emit("ActionInvoked", "us", 1, "default")
-    emit("ActionInvoked", "us", 2, "default")
+    service.emit("ActionInvoked", "us", 3, "default")
+    service.emit("ActionInvoked", "us", 1, "other")
+    service.emit("NotificationClosed", "uu", 1, 2)
+    service.emit("ActionInvoked", "us", 1, "default")
+    service.emit("ActionInvoked", "us", 2, "default")
     assert notifier.answer() == "clicked"
     do(notifier, "show", "Vireon", "C")
 
 
-def test_messages_keep_their_order(bus, daemon, notifier):
+def test_messages_keep_their_order(service, notifier):
     for text in "ABC":
         do(notifier, "show", "Vireon", text)
-    assert [arguments[4] for _, arguments in calls(bus, 3)] == list("ABC")
+    assert [arguments[4] for _, arguments in service.wait_for_calls(3)] == list("ABC")
 
 
-def test_last_message_is_closed(bus, daemon, notifier):
+def test_last_message_is_closed(service, notifier):
     for text in "AB":
         do(notifier, "show", "Vireon", text)
-    calls(bus, 2)
+    service.wait_for_calls(2)
     do(notifier, "close")
     do(notifier, "close")
     do(notifier, "show", "Vireon", "C")
-    found = calls(bus, 4)
+    found = service.wait_for_calls(4)
     assert found[2] == ("CloseNotification", [2])
     assert found[3][1][4] == "C"
 
 
-def test_message_is_closed_before_its_number_is_known(bus, daemon, notifier):
-    daemon.send_signal(signal.SIGSTOP)
+def test_message_is_closed_before_its_number_is_known(service, notifier):
+    service.process.send_signal(signal.SIGSTOP)
     do(notifier, "show", "Vireon", "A")
     do(notifier, "showclose", "Vireon", "B")
     do(notifier, "show", "Vireon", "C")
-    daemon.send_signal(signal.SIGCONT)
-    found = calls(bus, 4)
+    service.process.send_signal(signal.SIGCONT)
+    found = service.wait_for_calls(4)
     assert [arguments[4] for method, arguments in found if method == "Notify"] == list("ABC")
     assert [arguments for method, arguments in found if method == "CloseNotification"] == [[2]]
 
 
-def test_closing_without_a_message_does_nothing(bus, daemon, notifier):
+def test_closing_without_a_message_does_nothing(service, notifier):
     do(notifier, "close")
     do(notifier, "show", "Vireon", "A")
-    assert calls(bus, 1)[0][0] == "Notify"
+    assert service.wait_for_calls(1)[0][0] == "Notify"
 
 
-def test_stopped_service_holds_nothing_up(bus, daemon, notifier):
-    daemon.send_signal(signal.SIGSTOP)
+def test_stopped_service_holds_nothing_up(service, notifier):
+    service.process.send_signal(signal.SIGSTOP)
     for text in "AB":
         do(notifier, "show", "Vireon", text)
     do(notifier, "close")
     notifier.send("leave")
     assert notifier.process.wait(20) == 0
-    daemon.send_signal(signal.SIGCONT)
-    assert [arguments[4] for _, arguments in calls(bus, 2)] == list("AB")
+    service.process.send_signal(signal.SIGCONT)
+    assert [arguments[4] for _, arguments in service.wait_for_calls(2)] == list("AB")
 
 
 @pytest.mark.parametrize("environment", [None, NO_BUS])

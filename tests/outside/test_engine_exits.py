@@ -4,6 +4,7 @@ import os
 import signal
 import time
 
+import pytest
 
 from rig import is_running, wait_for
 
@@ -36,11 +37,12 @@ def test_engine_that_dies_of_a_command_does_not_get_it_again(install):
     assert app.letters() == ["m"]
 
 
-def test_engine_not_ready_and_dead_in_one_act_gets_the_command_again(install):
+@pytest.mark.parametrize("end", ["exit 1", "signal KILL"])
+def test_engine_not_ready_and_dead_in_one_act_gets_the_command_again(install, end):
     # When the reader happens to look between the report and the death, the report itself ends
     # the command, and nothing is there to be sent again: the log tells, and the next try counts.
     for _ in range(6):
-        app = install(scenario="start 1\non m status -1 then exit 1\nanswer m hang\n").start()
+        app = install(scenario=f"start 1\non m status -1 then {end}\nanswer m hang\n").start()
         app.wait_until_shows("Started and ready")
         app.click("Manual Calibration")
         wait_for(lambda: app.log_count(r"lastAction:"), what="the exit of the engine")
@@ -68,10 +70,38 @@ def test_gives_up_at_the_37th_exit(install):
     assert app.shows("A problem occured, please restart Vireon.")
 
 
-def test_engine_does_not_outlive_a_killed_controller(app):
+def test_command_gives_the_whole_budget_back(install):
+    # Ten exits, a command, and then the 37 exits that a fresh engine has.
+    app = install(scenario="start 1-10\nunwritten\nat 0 exit 1\n"
+                           "start 11\nat 0 status 0\non m after 1000 exit 1\n"
+                           "start 12-\nunwritten\nat 0 exit 1\n").start()
+    app.wait_until_shows("Started and ready")
+    app.click("Manual Calibration")
+    app.wait_until_shows("A problem occured, please restart Vireon.")
+    assert len(app.journal("start")) == 10 + 37
+
+
+def test_engine_that_hangs_is_not_noticed(install):
+    app = install(scenario="start 1\nat 0 status 0\nat 1000 signal STOP\n").start()
+    app.wait_until_shows("Started and ready")
+    wait_for(lambda: app.journal("stop"), what="an engine that stands still")
+    time.sleep(2)
+    assert app.shows("Started and ready")
+    assert len(app.journal("start")) == 1
+    os.kill(app.engine_pid(), signal.SIGKILL)
+    wait_for(lambda: len(app.journal("start")) == 2, what="the next engine")
+    app.wait_until_shows("Started and ready")
+
+
+@pytest.mark.parametrize("scenario, code", [("", "0"), ("on sigterm after 500 exit 3\n", "3")])
+def test_engine_of_a_killed_controller_is_told_to_end(install, scenario, code):
+    app = install(scenario=scenario).start()
     app.wait_until_shows("Started and ready")
     engine = app.engine_pid()
     app.signal(signal.SIGKILL)
     assert app.wait() == -signal.SIGKILL
+    # It has the time to put its devices in order.
     wait_for(lambda: not is_running(engine), 15, what="the end of the engine")
-    assert app.journal("exit")
+    # Perhaps anew for each thread of the controller that dies after the first.
+    assert set(app.engine_signals()) == {"TERM"}
+    assert [event.fields["code"] for event in app.journal("exit")] == [code]

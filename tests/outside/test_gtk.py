@@ -23,9 +23,7 @@ def test_desktop_has_its_own_gtk(desktop, bus, install, name, gtk2, gtk3):
     app.wait_until_shows("A new firmware (Ver. 1.2) is available")
     app.key("Escape")
     wait_for(lambda: not app.shows("A new firmware"), what="an end of the box")
-    app.click("File")
-    app.click("Hide")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.hide()
     assert (loaded("libgtk-x11-2.0.so"), loaded("libgtk-3.so")) == (gtk2, gtk3)
     assert app.quit() == 0
     assert app.letters() == ["Q"]

@@ -5,11 +5,10 @@ import re
 
 import pytest
 
-from rig import Indicator, wait_for
+from rig import Indicator, NotificationService, wait_for
 from rig.app import built_programs
 from rig.indicator import start_host
 
-NOTIFICATIONS = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
 UNITY = {"XDG_CURRENT_DESKTOP": "Unity"}
 
 
@@ -20,22 +19,8 @@ def host(desktop, bus):
 
 
 @pytest.fixture
-def daemon(desktop, bus):
-    """A notification service that keeps what it is told."""
-    daemon = desktop.start("/usr/bin/python3", "-m", "dbusmock", "--session",
-                           "--template", "notification_daemon")
-    bus.wait_for_owner(NOTIFICATIONS[0])
-    return daemon
-
-
-def notified(bus, count):
-    """The arguments of the first `count` messages."""
-    def calls():
-        return [arguments for method, arguments in bus.mock_calls(*NOTIFICATIONS)
-                if method == "Notify"]
-    wait_for(lambda: len(calls()) >= count, what=f"{count} messages")
-    assert len(calls()) == count
-    return calls()
+def service(desktop, bus):
+    return NotificationService(desktop, bus)
 
 
 def has(maps, library):
@@ -104,7 +89,14 @@ def test_gtk2_stays_out_where_gtk3_is(subject):
         "no indicator: GTK 3 is loaded"]
 
 
-def test_missing_libraries_are_told_once(daemon, subject, directory):
+def test_what_is_missing_is_not_told_when_switched_off(subject):
+    program = subject("indicatorsubject", "gtk3",
+                      environment={**UNITY, "QT_LOGGING_RULES": "vireon.desktop=false"}).ready()
+    assert program.ask("indicate", "Open", "Exit") == "done"
+    assert [line for line in program.log() if "indicator" in line] == []
+
+
+def test_missing_libraries_are_told_once(service, subject, directory):
     broken = directory / "broken"
     broken.mkdir()
     for name in ("libayatana-appindicator.so.1", "libnotify.so.4"):
@@ -136,11 +128,13 @@ def test_x_error_does_not_end_the_program(host, subject):
     assert program.is_running()
 
 
-def test_notifications_arrive_in_their_order(bus, daemon, subject):
+def test_notifications_arrive_in_their_order(service, subject):
     program = subject("indicatorsubject", environment=UNITY).ready()
     texts = ["Vireon not calibrated. Please Calibrate!", "Läuft im Hintergrund", "実行中"]
     program.ask("notify", *(word for text in texts for word in ("Vireon", text)))
-    calls = notified(bus, len(texts))
+    wait_for(lambda: len(service.texts()) >= len(texts), what=f"{len(texts)} messages")
+    calls = service.calls_of("Notify")
+    assert len(calls) == len(texts)
     assert [(call[0], call[3], call[4]) for call in calls] == [
         ("example", "Vireon", text) for text in texts]
     assert {(call[1], call[2]) for call in calls} == {(0, "/usr/local/bin/Vireon/Corvanthel.png")}

@@ -54,9 +54,7 @@ def test_view_is_drawn_without_gl(install):
     wait_for(lambda: frames(app), what="a picture")
     assert frames(app) == app.log_count("with 'software' renderloop")
     # Menus and boxes neither: the driver stays out of the program.
-    app.click("File")
-    app.click("Hide")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.hide()
     assert not [name for name in maps_of(app.pid) if name.startswith(("libGLX_", "libqxcb-glx"))]
 
 

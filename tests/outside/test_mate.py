@@ -7,8 +7,8 @@ import subprocess
 import pytest
 
 from rig import Mate, wait_for
+from rig.notifications import NAME as NOTIFICATIONS
 
-NOTIFICATIONS = "org.freedesktop.Notifications"
 WATCHER = "org.kde.StatusNotifierWatcher"
 HINT = "Running in background, you can open and quit the window from the icon-tray."
 NOT_CALIBRATED = "Vireon not calibrated. Please Calibrate!"
@@ -69,12 +69,6 @@ def is_menu(desktop, window):
         return False
 
 
-def hide(app):
-    app.click("File")
-    app.click("Hide")
-    wait_for(lambda: not app.windows(), what="a hidden window")
-
-
 def balloon(desktop, bus, items, app, text):
     """The place of the message on the screen, once it is there."""
     def found():
@@ -97,13 +91,24 @@ def test_icon_is_on_the_panel(desktop, start):
     wait_for(lambda: desktop.icon() is None, what="a panel without the icon")
 
 
+def test_engine_ends_by_its_own_handler_after_the_icons_menu(desktop, menu, start):
+    app = start(scenario="at 0 status -1\n")
+    app.wait_until_shows("Not connected to Vireon")
+    desktop.click_icon(3)
+    wait_for(lambda: menu(app), what="a menu")
+    app.desktop.key("Down", "Return")
+    assert app.wait() == 0
+    app.wait_for_end_of_all()
+    assert app.letters() == [] and app.engine_signals() == ["TERM"] and app.engine_ends() == ["0"]
+
+
 def test_clicks_on_balloon_and_icon_show_the_window(desktop, bus, items, menu, start):
     app = start()
     app.wait_until_shows("Started and ready")
-    hide(app)
+    app.hide()
     desktop.click(*balloon(desktop, bus, items, app, HINT).centre)
     wait_for(app.windows, what="the window")
-    hide(app)
+    app.hide()
     desktop.click_icon(2)
     desktop.click_icon(3)
     wait_for(lambda: menu(app), what="a menu")
@@ -130,5 +135,5 @@ def test_balloon_shows_the_messages(desktop, bus, items, start):
     app = start(scenario="at 0 status -6\n")
     balloon(desktop, bus, items, app, NOT_CALIBRATED)
     app.wait_until_shows("not calibrated.")
-    hide(app)
+    app.hide()
     balloon(desktop, bus, items, app, HINT)

@@ -23,7 +23,7 @@ def ready(app):
 
 def test_hide(ready, hand):
     hand.choose(ready, "File", "Hide")
-    wait_for(lambda: not ready.windows(), what="a hidden window")
+    ready.wait_until_hidden()
     assert ready.is_running() and ready.letters() == []
 
 

@@ -33,7 +33,7 @@ def close(app):
     """Closes the window with its close button."""
     wait_for(app.windows, what="the window")
     app.desktop.run("wmctrl", "-c", "Vireon")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.wait_until_hidden()
 
 
 def bodies(daemon):

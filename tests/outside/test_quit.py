@@ -13,6 +13,18 @@ from rig import wait_for
 SILENT = "unwritten\n"
 
 
+def keys_in_use(kind):
+    """The keys of the machine's "shm" or "sem"."""
+    lines = pathlib.Path("/proc/sysvipc", kind).read_text().splitlines()[1:]
+    return {int(line.split()[0]) for line in lines}
+
+
+def key_of(path):
+    """The key that Qt makes from a file."""
+    state = path.stat()
+    return ord("Q") << 24 | (state.st_dev & 0xff) << 16 | state.st_ino & 0xffff
+
+
 @pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])
 def test_quit_signal_runs_the_quit_sequence(app, number):
     app.wait_until_shows("Started and ready")
@@ -37,7 +49,7 @@ def test_quit_before_the_first_report_sends_nothing(install):
     begin = time.monotonic()
     assert app.quit() == 0
     assert 0.8 <= time.monotonic() - begin < 10
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
     assert app.letters() == []
 
 
@@ -107,8 +119,40 @@ def test_interrupt_from_the_keyboard_ends_both(install, scenario, engine_first):
     for pid in reversed(pids) if engine_first else pids:
         os.kill(pid, signal.SIGINT)
     assert app.wait() == 0
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
     assert len(app.journal("start")) <= 2
     assert app.log_count(r"Quit Vireon clicked") == 1
     assert app.log_count(r'starting "?\./vireon-main') <= 2
     assert app.log_count(r"status\s+-12") == 0
+
+
+@pytest.mark.parametrize("scenario", ["", SILENT, "on m ignore\nanswer m hang\n"],
+                         ids=["ready", "silent", "a tool hangs"])
+def test_hold_on_the_machine_ends_with_the_program(install, scenario):
+    app = install(scenario=scenario).start()
+    app.wait_until_shows("Starting up..." if scenario == SILENT else "Started and ready")
+    if scenario.startswith("on m"):
+        app.click("Manual Calibration")
+        wait_for(lambda: app.programs_running().get("vireon-sdk"), what="the tool")
+    held = {("shm" if "sharedmemory" in path.name else "sem", key_of(path))
+            for path in app.temporary.glob("qipc_*")}
+    assert [kind for kind, _ in sorted(held)] == ["sem", "sem", "shm"]
+    assert all(key in keys_in_use(kind) for kind, key in held)
+    assert app.quit() == 0
+    assert not any(key in keys_in_use(kind) for kind, key in held)
+    assert not list(app.temporary.glob("qipc_*"))
+
+
+def test_start_during_a_quit_waits_for_its_end(install):
+    first = install().start()
+    first.wait_until_shows("Started and ready")
+    first.signal(signal.SIGTERM)
+    wait_for(lambda: first.log_count(r"Quit Vireon clicked"), interval=0.005)
+    first.signal(signal.SIGSTOP)
+    second = install(home=first.home, environment={"TMPDIR": str(first.temporary)}).start()
+    wait_for(lambda: second.log_count("waiting for the end of a copy that is quitting"))
+    first.signal(signal.SIGCONT)
+    assert first.wait() == 0
+    second.wait_until_shows("Started and ready")
+    assert not second.shows("Vireon application is already running.")
+

@@ -15,9 +15,15 @@ FORCED = 1  # how to log out: without asking anybody
 
 
 @pytest.fixture
-def installed(directory):
+def scenario():
+    """The simulated engine's; a test may replace it."""
+    return None
+
+
+@pytest.fixture
+def installed(directory, scenario):
     """The copy that starts with the session, before there is one."""
-    app = App(None, directory / "autostarted")
+    app = App(None, directory / "autostarted", scenario=scenario)
     yield app
     app.cleanup()
 
@@ -28,11 +34,11 @@ def make_desktop(installed):
 
 
 @pytest.fixture
-def app(desktop, installed):
+def app(desktop, installed, scenario):
     """The copy that started with the session. As every new one it was told to save its state."""
     installed.desktop = desktop
     app = installed.found()
-    app.wait_until_shows("Started and ready")
+    app.wait_until_shows("Not connected" if scenario else "Started and ready")
     wait_for(lambda: desktop.saves("./vireon"), what="a saved state")
     return app
 
@@ -47,9 +53,9 @@ def log_out(bus):
 
 def expect_clean_end(app):
     assert app.wait() == 0
-    assert app.letters() == ["Q"]
     assert app.log_count("Quit Vireon clicked") == 1
-    wait_for(lambda: not app.programs_running(), 15, what="an end of all programs")
+    app.wait_for_end_of_all()
+    assert app.letters() == ["Q"] and app.engine_signals() == [] and app.engine_ends() == ["0"]
     assert app.faults() == []
 
 
@@ -64,9 +70,17 @@ def test_log_out_runs_the_quit_sequence(bus, app):
     expect_clean_end(app)
 
 
+@pytest.mark.parametrize("scenario", ["at 0 status -1\non sigterm after 3000 exit 0\n"])
+def test_log_out_leaves_an_engine_its_time(bus, app):
+    assert log_out(bus) < 10
+    assert app.wait() == 0
+    app.wait_for_end_of_all()
+    assert app.letters() == [] and app.engine_signals() == ["TERM"] and app.engine_ends() == ["0"]
+
+
 def test_log_out_with_a_hidden_window(bus, desktop, app):
     desktop.run("wmctrl", "-c", "Vireon")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.wait_until_hidden()
     assert log_out(bus) < 10
     expect_clean_end(app)
 

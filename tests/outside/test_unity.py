@@ -38,7 +38,7 @@ def test_entries_show_the_window_and_quit(desktop, start, language):
     (open_entry, _), (exit_entry, _) = entries
     wait_for(app.windows, what="the window")
     desktop.run("wmctrl", "-c", "Vireon")
-    wait_for(lambda: not app.windows(), what="a hidden window")
+    app.wait_until_hidden()
     indicator.click(open_entry)
     wait_for(app.windows, what="the window again")
     assert app.letters() == []

@@ -8,7 +8,11 @@ TestCase {
     // What a control finds in the main view that it lies in.
     property bool buttonsDisabled: false
     property bool isLoading: false
+    property bool isReady: false
+    property int margin: 20
     property string loadingText: "Loading..."
+    property string statusText: "Started and ready"
+    property string versionText: "1.4.121"
     property string fontfamily: "Helvetica"
     property var fontAwesome: ({ name: "FontAwesome" })
 
@@ -51,6 +55,20 @@ TestCase {
         return find(view, function(item) {
             return item.text === text && item.visible && item.font !== undefined;
         });
+    }
+
+    // What a main view takes for the size of the screen: it can be set.
+    function displayOf(view) {
+        for (var i = 0; i < view.resources.length; ++i) {
+            if (view.resources[i].tolerance !== undefined)
+                return view.resources[i];
+        }
+        return null;
+    }
+
+    function setScreen(view, width, height) {
+        displayOf(view).width = width;
+        displayOf(view).height = height;
     }
 
     function isShown(item) {
@@ -140,6 +158,8 @@ TestCase {
         view.versionText = "1.4.121";
         view.status = 1;
         view.finishedLoading = true;
+        // Whatever the last test did: nobody has used the keyboard yet.
+        find(view, function(item) { return item.forgetKeyboard !== undefined; }).forgetKeyboard();
         return view;
     }
 

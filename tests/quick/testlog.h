@@ -1,12 +1,15 @@
 #pragma once
 
+#include "support/logrecorder.h"
+
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
 #include <utility>
 
 /**
- * Listens to Qt's log from listen() on. Whatever is worse than a debug or info line counts as a
+ * The log recorder for tests of views. Whatever is worse than a debug or info line counts as a
  * warning, which no test here expects.
  */
 class TestLog : public QObject
@@ -14,39 +17,38 @@ class TestLog : public QObject
     Q_OBJECT
 
 public:
-    TestLog() = default;
-    Q_DISABLE_COPY_MOVE(TestLog)
-
-    ~TestLog() override
-    {
-        if (self != this)
-            return;
-        qInstallMessageHandler(previous);
-        self = nullptr;
-    }
-
-    /// To be called once the test's own handler is in place, which then gets each line, too.
+    /// Listens to Qt's log from now on. To be called once the test's own handler is in place, which
+    /// then gets each line, too.
     Q_INVOKABLE void listen()
     {
-        self = this;
-        const QtMessageHandler replaced = qInstallMessageHandler(&TestLog::handle);
-        if (replaced != &TestLog::handle)
-            previous = replaced;
+        collect();
+        recorder.reset();
+        recorder = std::make_unique<LogRecorder>(LogRecorder::Messages::PassedOn);
     }
 
     /// The warnings, and the debug lines of the views, since the last call.
-    Q_INVOKABLE QStringList takeWarnings() { return std::exchange(warnings, {}); }
-    Q_INVOKABLE QStringList takeLines() { return std::exchange(lines, {}); }
-
-private:
-    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& text)
+    Q_INVOKABLE QStringList takeWarnings()
     {
-        (type == QtDebugMsg || type == QtInfoMsg ? self->lines : self->warnings).append(text);
-        self->previous(type, context, text);
+        collect();
+        return std::exchange(warnings, {});
     }
 
-    inline static TestLog* self = nullptr;
-    QtMessageHandler previous = nullptr;
+    Q_INVOKABLE QStringList takeLines()
+    {
+        collect();
+        return std::exchange(lines, {});
+    }
+
+private:
+    void collect()
+    {
+        if (!recorder)
+            return;
+        for (const LogRecorder::Line& line : recorder->take())
+            (line.isWarning() ? warnings : lines).append(line.text);
+    }
+
+    std::unique_ptr<LogRecorder> recorder;
     QStringList warnings;
     QStringList lines;
 };

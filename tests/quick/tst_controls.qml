@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "qrc:/qml"
 
 ViewTestCase {
     id: testCase
@@ -10,6 +11,8 @@ ViewTestCase {
     function init() {
         buttonsDisabled = false;
         isLoading = false;
+        isReady = false;
+        statusText = "Started and ready";
         mouseMove(testCase, 1000, 500);
         testLog.takeLines();
     }
@@ -70,9 +73,19 @@ ViewTestCase {
                                                 && child.parent === item; });
         verify(ring);
         testCase.forceActiveFocus();
-        compare(ring.visible, false);
+        mouseClick(item);
         item.forceActiveFocus();
-        compare(ring.visible, true);
+        compare(ring.visible, false, "without a key");
+        keyClick(Qt.Key_Tab);
+        item.forceActiveFocus();
+        compare(ring.visible, true, "after a key");
+        mousePress(item);
+        compare(ring.visible, false, "after the mouse");
+        mouseRelease(testCase, 1, 1);
+        keyClick(Qt.Key_Shift);
+        compare(ring.visible, true, "after a key that moves nothing");
+        testCase.forceActiveFocus();
+        compare(ring.visible, false, "elsewhere");
         verify(Qt.colorEqual(ring.border.color, "white"));
     }
 
@@ -105,6 +118,7 @@ ViewTestCase {
         item.x = item.y = 20;
         var states = {};
         testCase.forceActiveFocus();
+        item.forgetKeyboard();
         wait(20);
         states.rest = camera.take(stage);
         mouseMove(item, 5, 5);
@@ -114,6 +128,7 @@ ViewTestCase {
         mouseRelease(testCase, 1, 1);
         mouseMove(testCase, 1000, 500);
         item.forceActiveFocus();
+        keyClick(Qt.Key_Shift);
         states.focused = camera.take(stage);
         testCase.forceActiveFocus();
         if (row.disabled)
@@ -171,10 +186,13 @@ ViewTestCase {
         var pressed = btn.color.toString();
         mouseRelease(item, 5, 5);
         item.isDisabled = true;
-        var disabled = btn.color.toString();
         compare(hoverFill(item).visible, false);
-        verify(rest !== hovered && rest !== pressed && rest !== disabled && hovered !== pressed
-               && hovered !== disabled && pressed !== disabled);
+        compare(btn.color.toString(), rest);
+        mousePress(item, 5, 5);
+        compare(btn.color.toString(), rest, "it does not move");
+        mouseRelease(item, 5, 5);
+        verify(rest !== hovered && rest !== pressed && hovered !== pressed);
+        item.isDisabled = false;
         checkFocusRing(item);
     }
 
@@ -211,7 +229,9 @@ ViewTestCase {
         verify(textItem(item, "\uf013").x < textItem(item, "Go").x);
         verify(Math.abs(textItem(item, "Go").parent.x + textItem(item, "Go").parent.width / 2 - item.width / 2) <= 1);
         compareValues(hoverFill(item), { radius: 5, color: Qt.rgba(1, 1, 1, 1) });
-        compareValues(item.children[0], { radius: 5, smooth: true });
+        var plate = find(item, function(child) { return child.color !== undefined && child.border !== undefined
+                                                 && Qt.colorEqual(child.color, "#33ffffff"); });
+        compareValues(plate, { radius: 5, smooth: true });
         item.isLeft = false;
         wait(20);
         verify(textItem(item, "\uf054").x > textItem(item, "Go").x);
@@ -251,14 +271,83 @@ ViewTestCase {
         }, 30000);
     }
 
-    function test_heldKeyPressesOnce() {
-        var item = create("CButton", { btnText: "Press" });
-        var presses = listen(item, "submit");
+    readonly property var allControls: [
+        { tag: "CButton", signal: "submit", block: function(item) { item.isDisabled = true; } },
+        { tag: "CSelectionButton", signal: "clicked", block: function(item) { item.isDisabled = true; } },
+        { tag: "CRadioButton", signal: "clicked", block: function(item) { item.isDisabled = true; } },
+        { tag: "Checkbox", signal: "submit" },
+        { tag: "SimpleButton", signal: "submit", block: function(item) { item.activeButton = false; } }
+    ]
+
+    function test_heldKeyPressesOnce_data() {
+        return allControls;
+    }
+
+    function test_heldKeyPressesOnce(row) {
+        var item = create(row.tag);
+        var presses = listen(item, row.signal);
         item.forceActiveFocus();
         keyPress(Qt.Key_Return);
         keyboard.repeat(item, Qt.Key_Return);
         keyRelease(Qt.Key_Return);
         compare(presses.count, 1);
+    }
+
+    function test_outOfReach_data() {
+        return allControls;
+    }
+
+    // A screen reader, and the program, ask also what is hidden or covered.
+    function test_outOfReach(row) {
+        var item = create(row.tag);
+        var presses = listen(item, row.signal);
+        ["visible", "enabled"].forEach(function(property) {
+            item[property] = false;
+            item.click();
+            item.Accessible.pressAction();
+            compare(presses.count, 0, property);
+            item[property] = true;
+        });
+        item.click();
+        compare(presses.count, 1);
+        mouseClick(item, 3, 3, Qt.RightButton);
+        compare(presses.count, 1, "the right button");
+    }
+
+    // Also where the mouse has been on it all the time.
+    function test_disabledUnderTheMouse_data() {
+        return allControls.filter(function(row) { return row.block; });
+    }
+
+    function test_disabledUnderTheMouse(row) {
+        var item = create(row.tag, row.tag === "SimpleButton" ? { buttonText: "One" }
+                                  : row.tag === "CButton" ? { btnText: "One" } : { text: "One" });
+        mouseMove(item, 5, 5);
+        compare(hoverFill(item).visible, true);
+        row.block(item);
+        compare(hoverFill(item).visible, false);
+        mousePress(item, 5, 5);
+        compare(hoverFill(item).visible, false);
+        mouseRelease(item, 5, 5);
+        // One rule for all: they sink towards the surface.
+        compare(item.opacity, 0.6);
+    }
+
+    // A line around a control tells of the keyboard alone.
+    function test_hoverDrawsNoLine_data() {
+        return allControls;
+    }
+
+    function test_hoverDrawsNoLine(row) {
+        var item = create(row.tag);
+        var lines = function() {
+            return findAll(item, function(child) {
+                return child.border !== undefined && !Qt.colorEqual(child.border.color, "black") && isShown(child);
+            }).map(function(child) { return child.border.width + child.border.color; }).join();
+        };
+        var rest = lines();
+        mouseMove(item, 5, 5);
+        compare(lines(), rest);
     }
 
     function test_buttonTabs() {
@@ -459,6 +548,120 @@ ViewTestCase {
         compare(item.am, -6);
         tryCompare(item, "am", -3);
         compare(item.width, 106);
+    }
+
+    function test_versionLabel() {
+        var item = create("VersionLabel");
+        compareValues(item, { text: "1.4.121", color: Qt.rgba(1, 1, 1, 1), "font.family": "Helvetica Neue",
+                              "font.pixelSize": 12, y: 10 });
+        compare(item.x + item.width, testCase.width - 10);
+        compare(item.Accessible.name, "1.4.121");
+    }
+
+    function test_statusLine() {
+        var item = create("StatusLine", { width: 680, glyph: "\uf058" });
+        verify(Qt.colorEqual(item.color, "transparent"));
+        var status = textItem(item, "Started and ready");
+        var glyph = textItem(item, "\uf058");
+        compareValues(status, { color: Qt.rgba(1, 1, 1, 1), lineHeight: 1.2, "font.family": "Helvetica Neue",
+                                "parent.height": 40 });
+        compareValues(glyph, { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome" });
+        verify(glyph.x + glyph.width <= status.x + (status.width - status.contentWidth) / 2);
+        ["good", "warning", "failure"].forEach(function(tone, index) {
+            item.tone = tone;
+            verify(Qt.colorEqual(glyph.color, ["#0091f8", "#ffc14d", "#ff8a80"][index]), tone);
+        });
+        verify(Qt.colorEqual(status.color, "white"));
+    }
+
+    function test_statusLineIsCentredAsAPair_data() {
+        return [
+            { tag: "1", text: "Started and ready" },
+            { tag: "2", text: "Not connected.<br>Please connect the USB cable." },
+            { tag: "3", text: "Not connected.<br>Please connect the USB cable and check the box<br>to enable it" }
+        ];
+    }
+
+    function test_statusLineIsCentredAsAPair(row) {
+        statusText = row.text;
+        var item = create("StatusLine", { width: 680, glyph: "\uf058" });
+        var status = textItem(item, row.text);
+        var glyph = textItem(item, "\uf058");
+        var right = status.x + (status.width + status.contentWidth) / 2;
+        verify(Math.abs(glyph.x + right - item.width) <= 2, glyph.x + " " + right);
+        var bottom = status.y + (status.height + status.contentHeight) / 2;
+        var leading = status.contentHeight / status.lineCount / 6;
+        verify(Math.abs(bottom - leading - item.height - 4) <= 1, bottom);
+        verify(Math.abs(glyph.y + glyph.height / 2 - status.y - status.height / 2) <= 1);
+    }
+
+    function test_chevronAloneIsInTheMiddle() {
+        var item = create("CSelectionButton", { text: "   ", isLeft: true });
+        wait(20);
+        var chevron = textItem(item, "\uf053");
+        verify(Math.abs(chevron.mapToItem(item, chevron.width / 2, 0).x - item.width / 2) <= 1);
+    }
+
+    function test_statusLineReadsAsOneSentence() {
+        statusText = "Not connected. <br>Please connect the USB cable.";
+        var item = create("StatusLine", { width: 680 });
+        compare(textItem(item, statusText).Accessible.name, "Not connected. Please connect the USB cable.");
+    }
+
+    Component {
+        id: lineWithContent
+
+        StatusLine {
+            Rectangle {
+                objectName: "content"
+            }
+        }
+    }
+
+    // What takes its place stays: it is for that time.
+    function test_statusLineHidesWhileLoading() {
+        var item = createTemporaryObject(lineWithContent, testCase, { width: 680, glyph: "\uf058" });
+        var texts = [textItem(item, "Started and ready"), textItem(item, "\uf058")];
+        var content = item.children[item.children.length - 1];
+        compare(content.objectName, "content");
+        [false, true, false].forEach(function(loading) {
+            isLoading = loading;
+            texts.forEach(function(text) { compare(text.visible, !loading, text.text); });
+            compare(content.visible, true);
+        });
+    }
+
+    Component {
+        id: filledAdvice
+
+        AdvicePopUp {
+            width: 680
+            height: 240
+            visible: true
+            choice: Rectangle { objectName: "choice"; width: 100; height: 20 }
+
+            Rectangle { objectName: "first"; width: 100; height: 35 }
+            Rectangle { objectName: "second"; width: 100; height: 35 }
+        }
+    }
+
+    function test_advicePopUpArrangesWhatIsPutIn() {
+        compare(create("AdvicePopUp").visible, false);
+        var item = createTemporaryObject(filledAdvice, testCase);
+        wait(20); // for the rows to arrange
+        var place = function(name) {
+            var found = find(item, function(child) { return child.objectName === name; });
+            verify(found, name);
+            return found.mapToItem(item, 0, 0);
+        };
+        var advice = find(item, function(child) { return child.wrapMode === Text.WordWrap; });
+        verify(advice.text !== "");
+        compare(item.Accessible.name, advice.text);
+        verify(place("choice").y >= advice.mapToItem(item, 0, advice.height).y);
+        compare(place("first").y, place("choice").y + 20 + 25);
+        compare(place("second").y, place("first").y);
+        compare(place("second").x, place("first").x + 100 + 100);
+        verify(shownText(item, "1.4.121"));
     }
 
     function test_loadingIndicator() {

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 
 // The dialogs and panels, in the main view that they belong to.
 ViewTestCase {
@@ -44,6 +45,129 @@ ViewTestCase {
     function focusedText() {
         var item = find(view, function(candidate) { return candidate.activeFocus && candidate.activeFocusOnTab; });
         return item ? item.Accessible.name : "";
+    }
+
+    // --- The keyboard -------------------------------------------------------------------------
+
+    // To another program's window, as far as the view can tell.
+    function leaveWindow() {
+        verify(keyboard.leave(testCase));
+        compare(testCase.Window.activeFocusItem, null);
+    }
+
+    function comeBack() {
+        verify(keyboard.comeBack(testCase));
+    }
+
+    function cleanupTestCase() {
+        comeBack();
+    }
+
+    // What opens over the main view, how, and where the keyboard begins.
+    readonly property var openings: [
+        { tag: "settings", open: function() { control(view, "Settings").click(); }, first: "Back" },
+        { tag: "input", open: function() { control(view, "Finger").click(); }, first: "Back" },
+        { tag: "advice", open: function() { control(view, "Auto Calibration").click(); }, first: "Continue" },
+        { tag: "ratio", open: function() { warnOfRatio(); }, first: "Ignore" }
+    ]
+
+    function test_topHasTheKeyboardAfterTheWindowWasLeft_data() {
+        return openings;
+    }
+
+    function test_topHasTheKeyboardAfterTheWindowWasLeft(row) {
+        row.open();
+        tryVerify(function() { return focusedText() === row.first; });
+        keyClick(Qt.Key_Tab);
+        var chosen = focusedText();
+        verify(chosen !== row.first);
+        leaveWindow();
+        view.showFreqPopup();
+        mouseClick(okButton());
+        comeBack();
+        compare(focusedText(), chosen);
+        keyClick(Qt.Key_Tab);
+        verify(focusedText() !== chosen && focusedText() !== "");
+        keyClick(Qt.Key_Escape);
+        tryVerify(function() { return isShown(control(view, "Manual Calibration")); });
+        compare(focusedText(), "");
+        keyClick(Qt.Key_Tab);
+        compare(focusedText(), "Manual Calibration");
+    }
+
+    function test_opensWhileTheWindowIsNotActive_data() {
+        return openings;
+    }
+
+    function test_opensWhileTheWindowIsNotActive(row) {
+        var before = control(view, "Touch Calibration");
+        before.forceActiveFocus();
+        leaveWindow();
+        row.open();
+        comeBack();
+        compare(focusedText(), row.first);
+        keyClick(Qt.Key_Escape);
+        verify(before.activeFocus);
+    }
+
+    function test_topHasTheKeyboardAfterTheWindowWasHidden() {
+        openings[0].open();
+        view.showFreqPopup();
+        var window = testCase.Window.window;
+        window.hide();
+        window.show();
+        comeBack();
+        compare(focusedText(), "OK");
+        keyClick(Qt.Key_Escape);
+        compare(focusedText(), "Back");
+    }
+
+    // By mouse or finger no mark; with the first key it shows where the keyboard is.
+    function test_markOnlyAfterAKey() {
+        var marks = function() {
+            return findAll(view, function(item) { return item.isMarked === true; })
+                .map(function(item) { return item.Accessible.name; }).join();
+        };
+        openSettings();
+        compare(focusedText(), "Back");
+        compare(marks(), "");
+        keyClick(Qt.Key_Tab);
+        compare(marks(), "Autostart");
+        mouseClick(control(panelOf("Settings"), "   "));
+        compare(marks(), "");
+        closed(panelOf("Settings"));
+        keyClick(Qt.Key_Tab);
+        compare(marks(), focusedText());
+        verify(marks() !== "");
+    }
+
+    // Two warnings and what they cover: whichever is left, the keyboard is in what comes to light.
+    function test_keyboardFollowsTheOrderOfTheLayers() {
+        openings[0].open();
+        view.showFreqPopup();
+        warnOfRatio();
+        compare(focusedText(), "Ignore");
+        keyClick(Qt.Key_Escape);
+        compare(focusedText(), "OK");
+        keyClick(Qt.Key_Escape);
+        compare(focusedText(), "Back");
+    }
+
+    // A held Escape would else close what lies below, and answer it.
+    function test_heldEscapeClosesOneLayer_data() {
+        return openings;
+    }
+
+    function test_heldEscapeClosesOneLayer(row) {
+        row.open();
+        view.showFreqPopup();
+        mainwindow.calls = [];
+        keyPress(Qt.Key_Escape);
+        keyboard.repeat(view, Qt.Key_Escape);
+        keyboard.repeat(view, Qt.Key_Escape);
+        keyRelease(Qt.Key_Escape);
+        compare(focusedText(), row.first);
+        compare(mainwindow.calls.length, 0);
     }
 
     // --- Panels -------------------------------------------------------------------------------
@@ -192,8 +316,12 @@ ViewTestCase {
         verify(hoverFill(control(view, "Optimize USB bandwidth")).visible);
         mouseMove(control(view, "Autostart"), 5, 5);
         tryCompare(tooltip, "opacity", 0);
-        control(view, "Optimize USB bandwidth").forceActiveFocus();
-        tryCompare(tooltip, "opacity", 1);
+        var box = control(view, "Optimize USB bandwidth");
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Tab);
+        compare(box.activeFocus, true);
+        wait(150);
+        compare(tooltip.opacity, 0, "not on mere Tab");
         compare(tooltip.status, Image.Ready);
     }
 
@@ -240,8 +368,9 @@ ViewTestCase {
     // --- Rate warning -------------------------------------------------------------------------
 
     function okButton() {
-        return find(view, function(item) { return item.source !== undefined
-                                           && item.source.toString() === "qrc:///qml/okbtn.png"; });
+        var picture = find(view, function(item) { return item.source !== undefined
+                                                  && item.source.toString() === "qrc:///qml/okbtn.png"; });
+        return find(picture, function(item) { return item.activeFocusOnTab; });
     }
 
     function animations() {
@@ -261,6 +390,7 @@ ViewTestCase {
             compare(item.playing, true);
             compare(item.fillMode, Image.PreserveAspectFit);
             compare(item.status, AnimatedImage.Ready);
+            compare(item.cache, false, "all pictures at once take 70 MB");
         });
         ["Slow writing\nspeed at 30Hz", "Fast writing\nspeed at 60Hz",
          "To get real-time writing experience, please make\nsure that your external display is running\nat 60Hz refresh rate or more."
@@ -274,7 +404,6 @@ ViewTestCase {
     function test_rateWarningsButtonStatesDiffer() {
         view.showFreqPopup();
         wait(20);
-        var popup = okButton().parent;
         var states = [];
         mouseMove(view, 2, 2);
         states.push(camera.take(okButton()));
@@ -286,9 +415,9 @@ ViewTestCase {
         mouseRelease(view, 2, 2);
         verify(!states[0].equals(states[1]) && !states[0].equals(states[2]) && !states[1].equals(states[2]));
         var ring = find(okButton(), function(item) { return item.border !== undefined && item.border.width === 2; });
-        compare(ring.visible, true);
-        popup.forceActiveFocus();
         compare(ring.visible, false);
+        keyClick(Qt.Key_Tab);
+        compare(ring.visible, true);
     }
 
     function test_rateWarningCloses_data() {
@@ -312,9 +441,43 @@ ViewTestCase {
         row.close();
         compare(isShown(okButton()), false);
         compare(testLog.takeLines().indexOf("Settings Button clicked") >= 0, row.logs);
-        animations().forEach(function(item) { compare(item.playing, false); });
+        animations().forEach(function(item) {
+            compare(item.playing, false);
+            compare(item.source.toString(), "", "nothing is kept of it");
+        });
         verify(before.activeFocus);
         compare(mainwindow.calls.length, 0);
+    }
+
+    MouseArea {
+        id: below
+
+        width: 680
+        height: 240
+        acceptedButtons: Qt.AllButtons
+    }
+
+    function test_layersDoNotLetTheMouseThrough_data() {
+        return [{ tag: "AspectRatioWarningView" }, { tag: "FreqWarning" }, { tag: "AdvicePopUp" }];
+    }
+
+    function test_layersDoNotLetTheMouseThrough(row) {
+        view.destroy();
+        wait(20);
+        var clicks = listen(below, "clicked");
+        mouseClick(below, 3, 3);
+        compare(clicks.count, 1);
+        var layer = create(row.tag, { width: 680, height: 240, visible: true, z: 5 });
+        mouseClick(below, 3, 3);
+        mouseClick(below, 3, 3, Qt.RightButton);
+        compare(clicks.count, 1);
+    }
+
+    function test_scrim() {
+        view.showFreqPopup();
+        var warning = find(view, function(item) { return item.isPlaying !== undefined; });
+        verify(Qt.colorEqual(warning.color, "#121a23"));
+        compareValues(warning, { width: view.baseWidth, height: 240 });
     }
 
     function test_warningsSwallowWhatIsBelow() {
@@ -330,19 +493,6 @@ ViewTestCase {
     }
 
     // --- Aspect ratio -------------------------------------------------------------------------
-
-    function display() {
-        for (var i = 0; i < view.resources.length; ++i) {
-            if (view.resources[i].tolerance !== undefined)
-                return view.resources[i];
-        }
-        return null;
-    }
-
-    function setScreen(width, height) {
-        display().width = width;
-        display().height = height;
-    }
 
     function warningIsShown() {
         return isShown(find(view, function(item) { return item.btnText === "Ignore"; }))
@@ -364,7 +514,7 @@ ViewTestCase {
     }
 
     function test_ratios(row) {
-        setScreen(row.width, row.height);
+        setScreen(view, row.width, row.height);
         view.checkAspectRatio();
         compare(warningIsShown(), row.warns);
         compare(mainwindow.calls.toString(), row.warns ? "warned" : "");
@@ -376,7 +526,7 @@ ViewTestCase {
     }
 
     function test_ratioWarningComesOnce() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         view.checkAspectRatio();
         keyClick(Qt.Key_Escape);
         compare(warningIsShown(), false);
@@ -386,7 +536,7 @@ ViewTestCase {
     }
 
     function test_ratioWarningWasShownBefore() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         mainwindow.hasWarned = true;
         view.checkAspectRatio();
         compare(warningIsShown(), false);
@@ -394,7 +544,7 @@ ViewTestCase {
     }
 
     function test_noRatioWarningAfterACalibrationOfThisRun() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         view.aspectRatioWarningShown = true;
         view.checkAspectRatio();
         compare(warningIsShown(), false);
@@ -402,7 +552,7 @@ ViewTestCase {
     }
 
     function warnOfRatio() {
-        setScreen(1024, 768);
+        setScreen(view, 1024, 768);
         view.checkAspectRatio();
         mainwindow.calls = [];
     }

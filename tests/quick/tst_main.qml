@@ -85,9 +85,14 @@ ViewTestCase {
         report(view, 0);
         report(view, 2);
         compare(view.isLoading, true);
+        compare(view.isReady, false);
         tryVerify(function() { return shownText(view, "Loading..."); });
         verify(!shownText(view, "Started and ready"));
         compare(view.buttonsDisabled, true);
+        compare(timer(60000).running, false, "a calibration takes as long as it takes");
+        report(view, 2);
+        compare(view.isLoading, true);
+        compare(timer(60000).running, false);
         report(view, -4);
         compare(view.isLoading, false);
         verify(shownText(view, "Calibration failed, please try again."));
@@ -101,6 +106,20 @@ ViewTestCase {
         report(view, 0);
         compare(view.isLoading, false);
         verify(shownText(view, "Started and ready"));
+    }
+
+    // As soon as the engine has taken over, it alone ends what a button began.
+    function test_engineTakesTheLoadingOver() {
+        report(view, 0);
+        view.isLoading = true;
+        compare(timer(60000).running, true);
+        report(view, 2);
+        compare(timer(60000).running, false);
+        report(view, 0);
+        compare(view.isLoading, false);
+        compare(view.isReady, true);
+        view.isLoading = true;
+        compare(timer(60000).running, true);
     }
 
     function test_loadingEndsByItself() {
@@ -187,6 +206,65 @@ ViewTestCase {
         compare(typeof fresh.windowClosing, "function");
     }
 
+    function test_declaredTypes() {
+        var fresh = create("main");
+        ["baseWidth", "baseHeight", "margin", "markerMargin", "status"].forEach(function(name) {
+            fresh[name] = 7.25;
+            compare(fresh[name], 7, name + " is an int");
+        });
+        ["basePixelDensity", "logicalPixelDensity", "factor"].forEach(function(name) {
+            fresh[name] = 7.25;
+            compare(fresh[name], 7.25, name + " is a real");
+        });
+        ["finishedLoading", "isLoading", "isTouch", "buttonsDisabled", "isGreaterEqualsWin8",
+         "aspectRatioWarningShown", "isReady", "settingsVisible", "isAutoStart", "isKeepACpuRunning",
+         "pauseCalib"].forEach(function(name) {
+            fresh[name] = 7;
+            compare(fresh[name], true, name + " is a bool");
+        });
+        ["fontfamily", "loadingText", "versionText", "statusText"].forEach(function(name) {
+            fresh[name] = 7;
+            compare(fresh[name], "7", name + " is a string");
+        });
+        testLog.takeLines();
+    }
+
+    // As wide as the language needs it; the labels are wider only in a wide font.
+    function test_widthOfEachLanguage_data() {
+        return [
+            { tag: "ja_JP", width: 720 },
+            { tag: "en_US", width: 680 },
+            { tag: "de_DE", width: 680 }
+        ];
+    }
+
+    function test_widthOfEachLanguage(row) {
+        verify(language.choose(row.tag));
+        view.destroy();
+        view = createMain();
+        findAll(view, function(item) { return item.btnText !== undefined; }).forEach(function(item) {
+            item.btnText = "";
+        });
+        tryCompare(view, "baseWidth", row.width);
+    }
+
+    function test_ids() {
+        var ids = [];
+        findAll(view, function() { return true; }).forEach(function(item) {
+            ids = ids.concat(source.idsOf(item));
+        });
+        ["root", "acPopUp", "dntShowMsg", "manualBtn2", "mainRect", "mainView", "loadingIndicator",
+         "btnRow", "manualBtn", "calibrateTouchBtn", "autoBtn", "inputSelection", "settingsView",
+         "aspectRatioWarning", "freqWarning", "loader", "titlebar", "isAutoStartBtn",
+         "isKeepACpuRunningBtn", "mouseArea", "tooltip", "sensorViewerBtnRow", "sensorViewerBtn",
+         "sensorViewerBtn2", "calibCorrection", "fingerRadio", "stylusRadio", "popup", "thirtyHz",
+         "sixtyHz", "name", "okBtn", "firstScreen", "graphicsSettingsScreen", "btnRow2", "btn",
+         "overlay", "whiteHover", "iconLeft", "buttonContent", "btnText", "buttonMouse", "box",
+         "toolTip", "toolTipRectangle", "toolTipText"].forEach(function(id) {
+            verify(ids.indexOf(id) >= 0, id);
+        });
+    }
+
     function test_functionsInTheirOrder() {
         var names = Object.keys(view).filter(function(name) { return typeof view[name] === "function"; });
         var wanted = ["checkAspectRatio", "show", "hide", "showPopUp", "hidePopUp", "showFreqPopup", "disableAcPopUp"];
@@ -241,9 +319,9 @@ ViewTestCase {
     }
 
     function test_inputModeIsShown() {
-        verify(button("Finger"));
+        verify(glyphs(button("Finger")).indexOf("\uf25a") >= 0);
         view.isTouch = false;
-        verify(button("Stylus"));
+        verify(glyphs(button("Stylus")).indexOf("\uf040") >= 0);
         compare(glyphs(button("Settings")).length, 2);
         verify(glyphs(button("Settings")).indexOf("\uf013") >= 0);
     }
@@ -292,9 +370,9 @@ ViewTestCase {
     function test_stateIsShownByAGlyphToo_data() {
         return [
             { tag: "ready", code: 0, glyph: "\uf058", color: "#0091f8" },
-            { tag: "not connected", code: -1, glyph: "\uf1e6", color: "white" },
-            { tag: "given up", code: -12, glyph: "\uf057", color: "white" },
-            { tag: "calibration failed", code: -4, glyph: "\uf071", color: "#0091f8" }
+            { tag: "not connected", code: -1, glyph: "\uf1e6", color: "#ffc14d" },
+            { tag: "given up", code: -12, glyph: "\uf057", color: "#ff8a80" },
+            { tag: "calibration failed", code: -4, glyph: "\uf071", color: "#ff8a80" }
         ];
     }
 
@@ -307,6 +385,25 @@ ViewTestCase {
         verify(glyph.font.pixelSize >= 28, "it can be seen from afar");
         view.isLoading = true;
         compare(glyph.visible, false);
+    }
+
+    // Blue and the check mark are for the good alone.
+    function test_goodAndBadLookDifferent() {
+        [-1, -2, -3, -4, -5, -6, -14, -10, -12].forEach(function(code) {
+            report(view, code);
+            verify(!shownText(view, "\uf058"), code);
+            var glyph = find(view, function(item) { return item.font !== undefined && item.font.pixelSize === 32; });
+            verify(!Qt.colorEqual(glyph.color, "#0091f8") && !Qt.colorEqual(glyph.color, "white"), code);
+        });
+    }
+
+    function test_versionIsTheSameInBothPlaces() {
+        view.versionText = "2.0.7";
+        var labels = findAll(view, function(item) { return item.text === "2.0.7"; });
+        compare(labels.length, 2);
+        compare(labels[0].font, labels[1].font);
+        compare(labels[0].color, labels[1].color);
+        compare(labels[0].mapToItem(view, 0, 0), labels[1].mapToItem(view, 0, 0));
     }
 
     function test_statusTextIsAsLargeAsItCanBe() {
@@ -336,8 +433,9 @@ ViewTestCase {
         compareValues(buttons, { height: 40, spacing: 100, "anchors.horizontalCenterOffset": 60 });
         compare(control(view, "    Continue    ").parent, buttons);
         checkVersionText(find(column.parent, function(item) { return item.text === "1.4.121"; }));
-        compareValues(column.parent, { width: view.baseWidth, height: 240 });
-        verify(Qt.colorEqual(column.parent.color, "transparent"));
+        var layer = column.parent.parent;
+        compareValues(layer, { width: view.baseWidth, height: 240 });
+        verify(Qt.colorEqual(layer.color, "transparent"));
     }
 
     // --- Advice before an auto calibration ----------------------------------------------------
@@ -431,6 +529,23 @@ ViewTestCase {
     }
 
     // --- Languages ----------------------------------------------------------------------------
+
+    // Words that mean something else elsewhere: the box is closed, not the program.
+    function test_wordsThatATeacherWouldUse_data() {
+        return [
+            { tag: "de, box", locale: "de_DE", context: "FirmwarePrompt", source: "Exit", text: "Schließen" },
+            { tag: "de, tray", locale: "de_DE", context: "QObject", source: "Exit", text: "Beenden" },
+            { tag: "ja, box", locale: "ja_JP", context: "FirmwarePrompt", source: "Exit", text: "閉じる" },
+            { tag: "ja, light", locale: "ja_JP", context: "status", source: "Light disturbance detected.", text: "外光の影響を検出しました。" },
+            { tag: "ja, 30 Hz", locale: "ja_JP", context: "FreqWarning", source: "Slow writing\nspeed at 30Hz", text: "30Hzでは筆記が\n遅れます" },
+            { tag: "ja, 60 Hz", locale: "ja_JP", context: "FreqWarning", source: "Fast writing\nspeed at 60Hz", text: "60Hzでは筆記が\n滑らかです" }
+        ];
+    }
+
+    function test_wordsThatATeacherWouldUse(row) {
+        verify(language.choose(row.locale));
+        compare(qsTranslate(row.context, row.source), row.text);
+    }
 
     function test_languages_data() {
         return [

@@ -1,8 +1,9 @@
 #include "app/fonts.h"
 #include "app/resources.h"
-#include "fakecontroller.h"
+#include "quick/fakecontroller.h"
+#include "quick/testlog.h"
 #include "support/contrast.h"
-#include "testlog.h"
+#include "support/patience.h"
 
 #include <QCoreApplication>
 #include <QFont>
@@ -17,6 +18,7 @@
 #include <QSignalSpy>
 #include <QtQuickTest>
 #include <QTranslator>
+#include <QWindow>
 
 #include <cstdio>
 #include <unistd.h>
@@ -54,6 +56,42 @@ public:
     {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
         QCoreApplication::sendEvent(item->window(), &event);
+    }
+
+    /// To a window of its own. False when the keyboard does not go there.
+    Q_INVOKABLE bool leave(QQuickItem* item)
+    {
+        other.reset(new QWindow);
+        other->show();
+        other->requestActivate();
+        return QTest::qWaitFor([&] { return !item->window()->isActive(); }, patienceMs);
+    }
+
+    Q_INVOKABLE bool comeBack(QQuickItem* item)
+    {
+        other.reset();
+        item->window()->requestActivate();
+        return QTest::qWaitFor([&] { return item->window()->isActive(); }, patienceMs);
+    }
+
+private:
+    QScopedPointer<QWindow> other;
+};
+
+/// What a view's source declares and its items do not tell.
+class Source : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The ids of an item: in its own file, and in the files that use that one.
+    Q_INVOKABLE QStringList idsOf(QObject* item) const
+    {
+        QStringList ids;
+        for (const QQmlContext* context = qmlContext(item); context;
+             context = context->parentContext())
+            ids += context->nameForObject(item);
+        return ids;
     }
 };
 
@@ -107,7 +145,7 @@ public:
     {
         const auto result = item->grabToImage();
         QSignalSpy ready(result.data(), &QQuickItemGrabResult::ready);
-        return ready.wait(60000) ? new Picture(result->image()) : nullptr;
+        return ready.wait(patienceMs) ? new Picture(result->image()) : nullptr;
     }
 
     /// Saves the upper left @p width x @p height px of the window that @p item is in.
@@ -146,6 +184,7 @@ public slots:
         context->setContextProperty(QStringLiteral("language"), &language);
         context->setContextProperty(QStringLiteral("keyboard"), &keyboard);
         context->setContextProperty(QStringLiteral("camera"), &camera);
+        context->setContextProperty(QStringLiteral("source"), &source);
         context->setContextProperty(QStringLiteral("testLog"), &log);
         context->setContextProperty(QStringLiteral("sheetFolder"),
                                     qEnvironmentVariable("VIREON_SHEET"));
@@ -157,6 +196,7 @@ private:
     Language language;
     Keyboard keyboard;
     Camera camera;
+    Source source;
     TestLog log;
 };
 
@@ -165,7 +205,7 @@ int main(int argc, char* argv[])
     QTEST_SET_MAIN_SOURCE_PATH
     Setup setup;
     const int failures =
-        quick_test_main_with_setup(argc, argv, "quick", QUICK_TEST_SOURCE_DIR, &setup);
+        quick_test_main_with_setup(argc, argv, "quick", VIREON_SOURCE_DIR "/tests/quick", &setup);
     // Qt Quick keeps the last windows' textures for good: nothing of ours to look for at the end.
     std::fflush(nullptr);
     _exit(failures);

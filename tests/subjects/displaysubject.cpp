@@ -6,6 +6,7 @@
 
 #include "base/workerthread.h"
 #include "display/resolutionchangenotifier.h"
+#include "support/patience.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -58,5 +59,5 @@ int main(int argc, char* argv[])
     std::fflush(stdout);
     QCoreApplication::exec();
     WorkerThread::stopAll();
-    return WorkerThread::waitForAll(60000) ? 0 : 1;
+    return WorkerThread::waitForAll(patienceMs) ? 0 : 1;
 }

@@ -7,8 +7,8 @@
 // Each but the last is answered "done". It says "show" and "quit" when a menu entry was chosen.
 // With the argument gtk3 it has GTK 3 loaded before the first line.
 #include "base/desktop.h"
+#include "support/words.h"
 #include "ui/linuxtrayiconmanager.h"
-#include "words.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>

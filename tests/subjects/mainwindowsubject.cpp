@@ -7,8 +7,8 @@
 #include "app/resources.h"
 #include "base/desktop.h"
 #include "settings/globalsettings.h"
+#include "support/words.h"
 #include "ui/mainwindow.h"
-#include "words.h"
 
 #include <QApplication>
 #include <QDir>

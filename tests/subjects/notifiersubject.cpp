@@ -5,8 +5,8 @@
 //   close
 //   showclose SUMMARY BODY   both at once
 //   leave                    ends it, by way of all destructors
+#include "support/words.h"
 #include "ui/desktopnotifier.h"
-#include "words.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

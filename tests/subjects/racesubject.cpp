@@ -3,6 +3,7 @@
 // suppressions of this project, still reports each of the others.
 
 #include "base/workerthread.h"
+#include "support/patience.h"
 
 #include <QCoreApplication>
 
@@ -87,7 +88,7 @@ int main(int argc, char* argv[])
         WorkerThread::doWork(planted.get(), SLOT(touchInOrder()), -1);
         planted->touchAgainInOrder();
     }
-    return WorkerThread::waitForAll(60000) ? 0 : 1;
+    return WorkerThread::waitForAll(patienceMs) ? 0 : 1;
 }
 
 #include "racesubject.moc"

@@ -6,9 +6,9 @@
 //   quit           ends it
 // It says "closing" whenever the widget announces that the user wants to close it.
 #include "app/resources.h"
+#include "support/words.h"
 #include "ui/logwindow.h"
 #include "ui/mywidget.h"
-#include "words.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/patience.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -21,15 +23,16 @@ public:
         server.setStandardErrorFile(dir.filePath("server.err"));
         server.start("Xorg",
                      {"-displayfd", "1", "-noreset", "-novtswitch", "-sharevts", "-nolisten", "tcp",
-                      "-config", DUMMY_SCREENS_CONF, "-logfile", dir.filePath("server.log")});
-        while (!server.canReadLine() && server.waitForReadyRead(limitMs)) { }
+                      "-config", VIREON_SOURCE_DIR "/tests/support/dummy-screens.conf", "-logfile",
+                      dir.filePath("server.log")});
+        while (!server.canReadLine() && server.waitForReadyRead(patienceMs)) { }
         display = ':' + QString::fromLatin1(server.readLine().trimmed());
     }
 
     ~DummyScreens()
     {
         server.terminate();
-        if (!server.waitForFinished(limitMs))
+        if (!server.waitForFinished(patienceMs))
             server.kill();
         server.waitForFinished();
     }
@@ -57,8 +60,8 @@ public:
         QProcess tool;
         tool.setProcessEnvironment(environment());
         tool.start(program, arguments);
-        const bool done = tool.waitForFinished(limitMs) && tool.exitStatus() == QProcess::NormalExit
-            && tool.exitCode() == 0;
+        const bool done = tool.waitForFinished(patienceMs)
+            && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0;
         return done ? tool.readAllStandardOutput() + '\n' : QByteArray();
     }
 
@@ -78,8 +81,6 @@ public:
     }
 
 private:
-    static constexpr int limitMs = 60000;
-
     QTemporaryDir dir;
     QProcess server;
     QString display;

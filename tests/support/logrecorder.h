@@ -2,16 +2,19 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 /**
  * Takes every message of Qt's log while it lives, from any thread, and can stop the thread that
- * logs a certain text right there until it is let go. One at a time.
+ * logs a certain text right there until it is let go. One at a time; made once Qt Test has
+ * installed its own handler, so not before a test's first function.
  */
 class LogRecorder
 {
@@ -21,13 +24,19 @@ public:
         QtMsgType type;
         QString text;
         qint64 ms; ///< since the recorder was made
+
+        bool isWarning() const { return type != QtDebugMsg && type != QtInfoMsg; } ///< or worse
     };
 
-    LogRecorder()
+    /// Whether the handler before it gets each message, too.
+    enum class Messages { Kept, PassedOn };
+
+    explicit LogRecorder(Messages messages = Messages::Kept)
+        : passesOn(messages == Messages::PassedOn)
     {
         clock.start();
-        current = this;
         previous = qInstallMessageHandler(&LogRecorder::handle);
+        current = this; // last: from here on, other threads use what is above
     }
 
     ~LogRecorder()
@@ -63,11 +72,25 @@ public:
 
     int count(const QString& start) { return linesWith(start).size(); }
 
-    void clear()
+    /// The texts of the warnings and worse.
+    QStringList warnings()
+    {
+        QStringList found;
+        for (const Line& line : lines()) {
+            if (line.isWarning())
+                found.append(line.text);
+        }
+        return found;
+    }
+
+    /// The lines so far, which are forgotten here.
+    std::vector<Line> take()
     {
         const std::lock_guard<std::mutex> guard(mutex);
-        recorded.clear();
+        return std::exchange(recorded, {});
     }
+
+    void clear() { take(); }
 
     /// From now on, a thread that logs a text beginning with @p start waits for release().
     void hold(const QString& start)
@@ -84,10 +107,14 @@ public:
     }
 
 private:
-    static void handle(QtMsgType type, const QMessageLogContext&, const QString& text)
+    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& text)
     {
-        if (LogRecorder* recorder = current)
-            recorder->record(type, text);
+        LogRecorder* recorder = current;
+        if (!recorder)
+            return;
+        if (recorder->passesOn)
+            recorder->previous(type, context, text);
+        recorder->record(type, text);
     }
 
     void record(QtMsgType type, const QString& text)
@@ -99,6 +126,7 @@ private:
 
     inline static std::atomic<LogRecorder*> current {nullptr};
 
+    const bool passesOn;
     QtMessageHandler previous = nullptr;
     QElapsedTimer clock;
     std::mutex mutex;

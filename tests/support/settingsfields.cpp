@@ -1,4 +1,4 @@
-#include "settingsfields.h"
+#include "support/settingsfields.h"
 
 #include "settings/globalsettings.h"
 
@@ -63,7 +63,7 @@ template <class Type> SettingsField field(const char* name, const GS& settings, 
     const Content c = content(member);
     const std::ptrdiff_t offset =
         reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&settings);
-    return {name, c.value, c.type, offset};
+    return {name, c.value, c.type, offset, sizeof(Type), alignof(Type)};
 }
 
 using FieldReader = SettingsField (*)(const GS&);

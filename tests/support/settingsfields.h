@@ -17,6 +17,8 @@ struct SettingsField
     QByteArray type; ///< "int", "double", "bool", "string", "cstr", "QString",
                      ///< "EVector" or "6 double"
     std::ptrdiff_t offset; ///< from the start of the object
+    std::ptrdiff_t size;
+    std::ptrdiff_t alignment;
 };
 
 /// Every field of @p settings in the order of the declaration.

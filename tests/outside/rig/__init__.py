@@ -13,11 +13,12 @@ from .dunst import Dunst
 from .hands import HANDS, step
 from .indicator import Indicator
 from .mate import Mate, MateSession
+from .notifications import NotificationService
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 from .twoscreens import TwoScreens
 
 __all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
-           "Subject", "TwoScreens", "adopt_orphans", "is_running", "memory_of", "stage", "step",
-           "wait_for"]
+           "NotificationService", "Subject", "TwoScreens", "adopt_orphans", "is_running",
+           "memory_of", "stage", "step", "wait_for"]

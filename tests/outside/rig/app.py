@@ -11,6 +11,7 @@ from . import log, processes
 from .journal import read_journal
 
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
+_LEFT_AFTER = 15  # s after its end in which its engine and tools end
 _PROGRAMS = ("vireon", "vireon-main", "vireon-sdk")
 
 
@@ -61,8 +62,8 @@ class App:
         return self
 
     def starter(self, launcher):
-        """A script that starts it by this launcher, for others to run: their desktop's variables
-        come from them. found() tells that they have."""
+        """A script that starts it by this launcher, for others to run: they bring the desktop's
+        variables. found() waits until they have."""
         shutil.copy2(launcher, self.programs)
         variables = [f"export {name}={shlex.quote(value)}"
                      for name, value in self._own_environment().items() if value is not None]
@@ -120,6 +121,11 @@ class App:
         """Asks it to leave, as the session does at its end; the exit status."""
         self.signal(signal.SIGTERM)
         return self.wait()
+
+    def wait_for_end_of_all(self):
+        """Waits until its engine and tools have gone, too: soon after the program itself."""
+        processes.wait_for(lambda: not self.programs_running(), _LEFT_AFTER,
+                           what=lambda: f"an end of {self.programs_running()}")
 
     def programs_running(self):
         """The ids of all running processes that are programs of this installation, by name."""
@@ -209,6 +215,15 @@ class App:
         return [window for window in self.desktop.windows()
                 if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
 
+    def hide(self):
+        """Hides the window by the menu."""
+        self.click("File")
+        self.click("Hide")
+        self.wait_until_hidden()
+
+    def wait_until_hidden(self):
+        processes.wait_for(lambda: not self.windows(), what="a hidden window")
+
     def _is_active(self):
         """Whether one of its windows is the active one."""
         return self.desktop.active_window() in self.windows()
@@ -255,6 +270,18 @@ class App:
         """The letters that engines took: all, or those of one start (from 1)."""
         return [event.letter for event in self.journal("letter") if start in (None, event.start)]
 
+    def engine_signals(self):
+        """The signals that asked engines to end."""
+        return [event.fields["signal"] for event in self.journal("asked")]
+
+    def engine_ends(self):
+        """How engines ended: their exit codes, and the names of signals."""
+        return [event.fields.get("code") or event.fields["signal"] for event in self.journal("exit")]
+
+    def engines_killed(self):
+        """How many of the engines that ran have left without a word."""
+        return len(self.journal("start")) - len(self.journal("exit"))
+
     def allow(self, pattern):
         """Expects lines like this on its standard error: they are no faults then."""
         self._allowed.append(re.compile(pattern))
@@ -269,16 +296,13 @@ class App:
         return found
 
     def cleanup(self):
-        """Ends whatever runs of it; the names of the programs that were still there."""
-        left = []
+        """Ends whatever runs of it."""
         if self.is_running():
             processes.end(self.pid)
             self.wait()
-        for name, pids in self.programs_running().items():
-            left += [name] * len(pids)
+        for pids in self.programs_running().values():
             for pid in pids:
                 processes.end(pid)
-        return left
 
     def _install(self, built):
         self.programs.mkdir(parents=True)

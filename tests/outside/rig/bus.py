@@ -1,4 +1,4 @@
-"""Calls on a bus."""
+"""Buses, and calls on them."""
 
 import gi
 
@@ -9,6 +9,33 @@ from .processes import PATIENCE, wait_for
 
 _BUS = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
 _MOCK = "org.freedesktop.DBus.Mock"
+_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <keep_umask/>
+  <listen>{address}</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+def write_configuration(path, address, services):
+    """Writes the configuration of a bus on which nothing is started that was not asked for: its
+    only services are those of the directory `services`."""
+    path.write_text(_CONFIGURATION.format(address=address, services=services))
+
+
+def add_service(services, name, program):
+    """Names a program that the bus of this directory starts when this name is asked for."""
+    services.mkdir(parents=True, exist_ok=True)
+    (services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
 
 
 class Bus:
@@ -49,6 +76,10 @@ class Bus:
 
     def wait_for_owner(self, name):
         wait_for(lambda: self.has_owner(name), what=f"an owner of {name}")
+
+    def add_mock_method(self, name, path, interface, method, signature):
+        """Gives a dbusmock object a method that answers nothing."""
+        self.call(name, path, _MOCK, "AddMethod", "(sssss)", interface, method, signature, "", "")
 
     def mock_calls(self, name, path):
         """What was called on a dbusmock object: (method, arguments), the oldest first."""

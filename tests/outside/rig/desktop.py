@@ -5,30 +5,14 @@ import re
 import subprocess
 
 from . import processes
+from .bus import Bus, add_service, write_configuration
 from .screenreader import ScreenReader
 
-# Nothing is started on this bus that was not asked for: the only services are those of a directory
-# of the desktop's own.
-_BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <keep_umask/>
-  <listen>unix:dir={directory}</listen>
-  <auth>EXTERNAL</auth>
-  <servicedir>{services}</servicedir>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 _ACCESSIBILITY_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
 class Desktop:
-    """A screen in memory with openbox, a session bus and the accessibility bus on it.
+    """A screen of 1920x1080 px in memory with openbox, a session bus and the accessibility bus on it.
 
     `directory` must exist and be short (sockets are made in it). `environment` is what a program
     on this desktop needs; it starts from nothing, so that nobody's settings leak in.
@@ -36,7 +20,7 @@ class Desktop:
 
     _window_manager = ("openbox", "--sm-disable")
 
-    def __init__(self, directory, size="1920x1080"):
+    def __init__(self, directory):
         self.directory = directory
         self._processes = []
         self._modes = set()
@@ -53,7 +37,7 @@ class Desktop:
         }
         self._prepare()
         try:
-            self._start_screen(size)
+            self._start_screen()
             self._start_bus()
             self._start_accessibility()
             self._start_window_manager()
@@ -72,14 +56,19 @@ class Desktop:
         return subprocess.run([str(word) for word in command], env=self.environment, check=True,
                               stdout=subprocess.PIPE, timeout=60, text=True).stdout
 
-    def pids(self):
-        """The desktop's own processes."""
-        return [process.pid for process in self._processes]
-
     def start(self, *command):
         """Starts one more part of it, such as a panel, which ends with the desktop; its process."""
         self._start(*command)
         return self._processes[-1]
+
+    def bus(self):
+        """A new connection to its session bus."""
+        return Bus(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+
+    def size(self):
+        """Of its screen: width, height in px."""
+        width, height = self.run("xdotool", "getdisplaygeometry").split()
+        return int(width), int(height)
 
     def set_mode(self, width, height, rate=60):
         """Gives the screen another size and refresh rate (Hz)."""
@@ -115,9 +104,7 @@ class Desktop:
 
     def _service(self, name, program):
         """Names a program that the bus starts when this name is asked for."""
-        services = self.directory / "services"
-        services.mkdir(exist_ok=True)
-        (services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
+        add_service(self.directory / "services", name, program)
 
     def _start(self, *command, report=None):
         """Starts a part of the desktop; with `report`, waits for the line that it writes there."""
@@ -135,8 +122,8 @@ class Desktop:
         assert line, f"{command[0]} did not start"
         return line
 
-    def _start_screen(self, size):
-        number = self._start("Xvfb", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset",
+    def _start_screen(self):
+        number = self._start("Xvfb", "-screen", "0", "1920x1080x24", "-nolisten", "tcp", "-noreset",
                              report="-displayfd")
         self.environment["DISPLAY"] = ":" + number
 
@@ -147,8 +134,8 @@ class Desktop:
 
     def _start_bus(self):
         configuration = self.directory / "bus.conf"
-        configuration.write_text(_BUS_CONFIGURATION.format(directory=self.directory / "run",
-                                                           services=self.directory / "services"))
+        write_configuration(configuration, f"unix:dir={self.directory / 'run'}",
+                            self.directory / "services")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start(
             "dbus-daemon", "--nofork", "--nopidfile", f"--config-file={configuration}",
             report="--print-address={}")

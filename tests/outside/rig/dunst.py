@@ -2,9 +2,9 @@
 
 import dataclasses
 
-from .bus import Bus
+from .notifications import NAME as _NAME
 
-_NAME, _PATH = "org.freedesktop.Notifications", "/org/freedesktop/Notifications"
+_PATH = "/org/freedesktop/Notifications"
 _COMMANDS = "org.dunstproject.cmd0"
 _CONFIGURATION = "[global]\nhistory_length = 100\nnotification_limit = 100\nshow_age_threshold = -1\n"
 
@@ -25,7 +25,7 @@ class Dunst:
         configuration = desktop.directory / "dunstrc"
         configuration.write_text(_CONFIGURATION)
         desktop.start("dunst", "-conf", configuration)
-        self._bus = Bus(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self._bus = desktop.bus()
         self._bus.wait_for_owner(_NAME)
 
     def messages(self):

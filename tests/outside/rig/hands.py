@@ -1,4 +1,4 @@
-"""The ways to operate a control. What works with one of them works with all."""
+"""The ways to operate a control, each of which has to work everywhere."""
 
 from . import processes
 

@@ -5,7 +5,7 @@ import re
 # Each line of Qt's message log tells its kind; what Qt, QML and this program say of a mistake
 # (a binding loop, an undefined value, ...) is a warning.
 MESSAGE_PATTERN = "[%{type}] %{message}"
-# For programs whose notes are read as they are.
+# For programs whose debug lines are read without a mark.
 MARK_WARNINGS = ("%{if-warning}[warning] %{endif}%{if-critical}[critical] %{endif}"
                  "%{if-fatal}[fatal] %{endif}%{message}")
 _WARNING = re.compile(r"^\[(warning|critical|fatal)\]")
@@ -13,8 +13,6 @@ _NOTE = re.compile(r"^\[(debug|info)\]")
 
 # Lines that are no fault of the program.
 ALLOWED = (
-    # Ending the engine, or a tool that hangs, is what destroying its process object is for.
-    re.compile(r'QProcess: Destroyed while process \("\./vireon-(main|sdk)"\) is still running'),
     # The indicator's library asks plain entries for a mark.
     re.compile(r"Gtk-CRITICAL .*gtk_check_menu_item_get_active"),
     # A window that is shown, hidden and shown at once: Qt hears of the first showing after the

@@ -68,7 +68,7 @@ class Mate(Desktop):
 
     def icon(self):
         """Where the panel has something coloured: (left, upper, right, lower) in px, or None."""
-        width, height = self._size()
+        width, height = self.size()
         panel = f"{width}x{_HEIGHT}+0+{height - _HEIGHT}"
         png = subprocess.run(["import", "-window", "root", "-crop", panel, "+repage", "png:-"],
                              env=self.environment, check=True, stdout=subprocess.PIPE).stdout
@@ -85,12 +85,9 @@ class Mate(Desktop):
         self.start("mate-panel")
 
     def _panel_is_there(self):
-        """Whether the window manager has taken its room away."""
-        _, height = self._size()
+        """Whether the window manager keeps its room free."""
+        _, height = self.size()
         return f", {height - _HEIGHT}" in self.run("xprop", "-root", "_NET_WORKAREA")
-
-    def _size(self):
-        return map(int, self.run("xdotool", "getdisplaygeometry").split())
 
     def _prepare(self):
         self.environment["XDG_CURRENT_DESKTOP"] = "MATE"
@@ -132,9 +129,9 @@ class MateSession(Mate):
         configuration = self.directory / "desktop-home/.config"
         with open(configuration / "glib-2.0/settings/keyfile", "a") as settings:
             settings.write(_SESSION)
-        # Who has another HOME than the desktop is let in, too.
+        # For programs with another HOME than the desktop's.
         self.environment["ICEAUTHORITY"] = str(self.directory / "ICEauthority")
-        # Nothing that the machine starts for all users but this.
+        # Of what the machine starts for all users, only this.
         self.environment["XDG_CONFIG_DIRS"] = str(configuration / "none")
         autostart = configuration / "autostart"
         autostart.mkdir()

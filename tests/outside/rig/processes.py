@@ -11,12 +11,12 @@ _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
 _libc = ctypes.CDLL(None, use_errno=True)
 
-# Long enough for a sanitizer's build on a busy machine; what is there sooner is seen sooner.
+# s; long enough for a sanitizer's build on a busy machine. Waiting ends when there is no need for it.
 PATIENCE = 90.0
 
 
 def adopt_orphans():
-    """What a killed program leaves behind becomes a child of this process, and so is found."""
+    """What a killed program leaves running becomes a child of this process, where it is found."""
     _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
 
@@ -82,14 +82,14 @@ def memory_of(pid):
     raise AssertionError(f"no memory figure for process {pid}")
 
 
-def end(pid, patience=10.0):
-    """Ends a process: kindly, then for good."""
+def end(pid):
+    """Ends a process: by SIGTERM or, after 10 s, by SIGKILL."""
     for number in (signal.SIGTERM, signal.SIGKILL):
         try:
             os.kill(pid, number)
         except ProcessLookupError:
             return
-        deadline = time.monotonic() + patience
+        deadline = time.monotonic() + 10.0
         while is_running(pid) and time.monotonic() < deadline:
             time.sleep(0.02)
 

@@ -40,7 +40,7 @@ class Subject:
 
     def ready(self):
         """Itself, once it has said so."""
-        assert self.answer().startswith("ready")
+        assert self.answer() == "ready"
         return self
 
     def signal(self, number):

@@ -2,7 +2,6 @@
 
 import dataclasses
 
-LANGUAGES = ("english", "japanese", "german")
 # Below this a finger misses, in px at the scale factor 1.
 FINGER = 35
 

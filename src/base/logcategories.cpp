@@ -1,0 +1,5 @@
+#include "base/logcategories.h"
+
+Q_LOGGING_CATEGORY(guardLog, "vireon.guard")
+Q_LOGGING_CATEGORY(engineLog, "vireon.engine")
+Q_LOGGING_CATEGORY(desktopLog, "vireon.desktop")
