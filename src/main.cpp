@@ -23,6 +23,7 @@
 #include <QTranslator>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <unistd.h>
 #include <utility>
@@ -88,8 +89,9 @@ void prepareApplication()
     chooseRenderer();
 }
 
-/// Makes and shows the main window, and starts the engine.
-void start(QTranslator& translator)
+/// Makes and shows the main window, and starts the engine. False when there is nothing to show: the
+/// user knows then.
+bool start(QTranslator& translator)
 {
     qDebug() << "Start vireon-main";
     installTranslation(translator);
@@ -103,12 +105,17 @@ void start(QTranslator& translator)
     // These two live as long as the process, as the window does.
     auto* quitRequests = new QuitRequests;
     QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
+    if (!mainWindow->hasView()) {
+        mainWindow->showViewError();
+        return false;
+    }
     auto* service = new ApplicationService;
     QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
                      &MainWindow::bringToFront);
     service->start();
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
+    return true;
 }
 
 /// Ends the process without the static destructors, which must not run under living threads.
@@ -153,8 +160,7 @@ int run(int& argc, char** argv)
         return 0;
     }
     auto translator = std::make_unique<QTranslator>();
-    start(*translator);
-    const int status = QApplication::exec();
+    const int status = start(*translator) ? QApplication::exec() : EXIT_FAILURE;
     end(std::move(application), std::move(guard), std::move(translator), status);
 }
 

@@ -29,6 +29,13 @@ void drainPipe()
     while (read(wakeUpPipe[0], bytes, sizeof bytes) > 0) { }
 }
 
+/// Whether the process was started with this signal ignored, as by nohup.
+bool isIgnored(int number)
+{
+    struct sigaction inherited = {};
+    return sigaction(number, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN;
+}
+
 /// When the session manager has gone, at the session's end or by a crash, libICE calls exit() in
 /// the middle of everything: a quit is requested instead. libICE is in this process only where Qt's
 /// plug-in for X has loaded it.
@@ -59,8 +66,10 @@ QuitRequests::QuitRequests()
     struct sigaction action = {};
     action.sa_handler = wakeUp;
     action.sa_flags = SA_RESTART;
-    for (const int number : {SIGTERM, SIGINT, SIGHUP})
-        sigaction(number, &action, nullptr);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        if (number == SIGTERM || !isIgnored(number))
+            sigaction(number, &action, nullptr);
+    }
     surviveTheSessionManager();
 }
 

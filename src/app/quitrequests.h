@@ -8,8 +8,8 @@
  * These are SIGTERM, SIGINT and SIGHUP, the event QEvent::Quit that Qt sends to the application at
  * the end of the session, and a session manager that dies. The handlers of the
  * system's signals and of the broken connection only write one byte into a pipe; all else happens
- * in the event loop. One object per process, made after the application object; it must outlive the
- * event loop.
+ * in the event loop. SIGINT and SIGHUP stay ignored in a process that was started so. One object
+ * per process, made after the application object; it must outlive the event loop.
  */
 class QuitRequests : public QObject
 {

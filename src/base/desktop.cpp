@@ -5,6 +5,7 @@
 namespace {
 
 const char* const variable = "XDG_CURRENT_DESKTOP";
+const char* const themeVariable = "QT_QPA_PLATFORMTHEME";
 
 } // namespace
 
@@ -19,6 +20,8 @@ GtkThemeBlocker::GtkThemeBlocker()
         return;
     hiddenName = qgetenv(variable);
     qputenv(variable, "none");
+    hiddenTheme = qgetenv(themeVariable);
+    qunsetenv(themeVariable);
 }
 
 GtkThemeBlocker::~GtkThemeBlocker()
@@ -32,4 +35,6 @@ void GtkThemeBlocker::restore()
         return;
     qputenv(variable, hiddenName);
     hiddenName.clear();
+    if (!hiddenTheme.isEmpty())
+        qputenv(themeVariable, hiddenTheme);
 }

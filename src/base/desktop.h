@@ -12,8 +12,9 @@ bool isUnityDesktop();
  *
  * To be made before the application object and restored right after it: Qt chooses the theme in
  * that constructor. Meanwhile XDG_CURRENT_DESKTOP names no desktop that Qt knows; without it, Qt
- * would take GNOME_DESKTOP_SESSION_ID or DESKTOP_SESSION instead. On other desktops it does
- * nothing. It changes the environment: only while there are no other threads.
+ * would take GNOME_DESKTOP_SESSION_ID or DESKTOP_SESSION instead. QT_QPA_PLATFORMTHEME, which names
+ * a theme by itself, is not there meanwhile. On other desktops it does nothing. It changes the
+ * environment: only while there are no other threads.
  */
 class GtkThemeBlocker
 {
@@ -24,9 +25,10 @@ public:
     GtkThemeBlocker(const GtkThemeBlocker&) = delete;
     GtkThemeBlocker& operator=(const GtkThemeBlocker&) = delete;
 
-    /// Gives XDG_CURRENT_DESKTOP its value back.
+    /// Gives both variables their values back.
     void restore();
 
 private:
     QByteArray hiddenName; ///< empty when nothing is hidden
+    QByteArray hiddenTheme; ///< empty when there was none
 };

@@ -14,13 +14,14 @@ namespace {
 constexpr int displayMs = 5000;
 constexpr uint replacesNone = 0;
 const char* const applicationName = "Vireon";
+const char* const serviceName = "org.freedesktop.Notifications"; // its interface's, too
+const char* const servicePath = "/org/freedesktop/Notifications";
+const char* const clickAction = "default"; // what a click on the message itself means
 
 QDBusMessage notificationCall(const char* method)
 {
-    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.Notifications"),
-                                          QStringLiteral("/org/freedesktop/Notifications"),
-                                          QStringLiteral("org.freedesktop.Notifications"),
-                                          QLatin1String(method));
+    return QDBusMessage::createMethodCall(QLatin1String(serviceName), QLatin1String(servicePath),
+                                          QLatin1String(serviceName), QLatin1String(method));
 }
 
 uint idIn(const QDBusPendingReply<uint>& answer)
@@ -39,6 +40,12 @@ void closeById(uint id)
 DesktopNotifier::DesktopNotifier(QObject* parent)
     : QObject(parent)
 {
+    // Of any sender: to name the service, Qt would wait for the bus to tell who that is.
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.connect(QString(), QLatin1String(servicePath), QLatin1String(serviceName),
+                QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(uint, QString)));
+    bus.connect(QString(), QLatin1String(servicePath), QLatin1String(serviceName),
+                QStringLiteral("NotificationClosed"), this, SLOT(onNotificationClosed(uint)));
 }
 
 void DesktopNotifier::showMessage(const QString& summary, const QString& body)
@@ -46,11 +53,14 @@ void DesktopNotifier::showMessage(const QString& summary, const QString& body)
     const QVariantMap hints {{QStringLiteral("desktop-entry"), QLatin1String(applicationId)}};
     const QDBusMessage call = notificationCall("Notify")
         << QLatin1String(applicationName) << replacesNone << QLatin1String(installedPicture)
-        << summary << body << QStringList() << hints << displayMs;
+        << summary << body << QStringList {QLatin1String(clickAction), QObject::tr("Open")} << hints
+        << displayMs;
     lastId = 0;
     lastCall = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
     connect(lastCall, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher* answered) {
+                if (!answered->isError())
+                    shownIds.insert(idIn(*answered));
                 if (answered == lastCall) {
                     lastId = idIn(*answered);
                     lastCall.clear();
@@ -69,4 +79,15 @@ void DesktopNotifier::closeMessage()
     }
     closeById(lastId);
     lastId = 0;
+}
+
+void DesktopNotifier::onActionInvoked(uint id, const QString& action)
+{
+    if (action == QLatin1String(clickAction) && shownIds.contains(id))
+        emit messageClicked();
+}
+
+void DesktopNotifier::onNotificationClosed(uint id)
+{
+    shownIds.remove(id);
 }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 
 class QDBusPendingCallWatcher;
@@ -26,7 +27,15 @@ public:
     /// Takes the last message away, as soon as the service has told its number.
     void closeMessage();
 
+signals:
+    void messageClicked(); ///< the user has clicked one that was shown here
+
+private slots:
+    void onActionInvoked(uint id, const QString& action);
+    void onNotificationClosed(uint id);
+
 private:
     QPointer<QDBusPendingCallWatcher> lastCall; ///< null once answered, or closed
     uint lastId = 0; ///< the service's number of the last message; 0: none
+    QSet<uint> shownIds; ///< of all messages that can be clicked
 };

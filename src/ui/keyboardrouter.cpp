@@ -1,16 +1,19 @@
 #include "ui/keyboardrouter.h"
 
+#include "ui/inputfocus.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QWindow>
 
-KeyboardRouter::KeyboardRouter(QWindow* innerView, QWidget* outerWindow, QMenuBar* bar,
+KeyboardRouter::KeyboardRouter(QWindow* innerView, QWidget* itsContainer, QMenuBar* bar,
                                QObject* parent)
     : QObject(parent)
     , view(innerView)
-    , window(outerWindow)
+    , container(itsContainer)
+    , window(itsContainer->window())
     , menuBar(bar)
 {
     // Queued: Qt emits these while the change is still under way.
@@ -22,6 +25,7 @@ KeyboardRouter::KeyboardRouter(QWindow* innerView, QWidget* outerWindow, QMenuBa
             connect(action->menu(), &QMenu::aboutToHide, this, leadOn, Qt::QueuedConnection);
     }
     view->installEventFilter(this);
+    container->installEventFilter(this);
     menuBar->installEventFilter(this);
 }
 
@@ -34,6 +38,13 @@ bool KeyboardRouter::eventFilter(QObject* watched, QEvent* event)
             return true;
         }
     }
+    // The container would hand the keyboard on at once, to a view that may not be there yet.
+    const bool given = watched == container && event->type() == QEvent::FocusIn;
+    const bool arrived = watched == view && event->type() == QEvent::Expose;
+    if (given || arrived)
+        QMetaObject::invokeMethod(this, &KeyboardRouter::leadToView, Qt::QueuedConnection);
+    if (given)
+        return true;
     // No signal tells that an Escape has left the menu bar.
     if (watched == menuBar && event->type() == QEvent::KeyRelease)
         leadToView();
@@ -44,9 +55,8 @@ void KeyboardRouter::leadToView()
 {
     const bool inMenus =
         QApplication::activePopupWidget() || (menuBar->hasFocus() && menuBar->activeAction());
-    if (!inMenus && window->windowHandle()
-        && QGuiApplication::focusWindow() == window->windowHandle())
-        view->requestActivate();
+    if (!inMenus && view->handle() && window->windowHandle())
+        handKeyboardOn(*window->windowHandle(), *view);
 }
 
 // The keyboard goes to the window first: after an Escape the menu bar itself needs it.

@@ -19,8 +19,9 @@ class KeyboardRouter : public QObject
     Q_OBJECT
 
 public:
-    /// The menus of @p bar, which lies in @p outerWindow, must be complete. All three outlive this.
-    KeyboardRouter(QWindow* innerView, QWidget* outerWindow, QMenuBar* bar, QObject* parent);
+    /// @p container holds the view in the window. The menus of @p bar, which lies in that window,
+    /// must be complete. All three outlive this.
+    KeyboardRouter(QWindow* innerView, QWidget* container, QMenuBar* bar, QObject* parent);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -30,6 +31,7 @@ private:
     void openFirstMenu();
 
     QWindow* const view;
+    QWidget* const container;
     QWidget* const window;
     QMenuBar* const menuBar;
 };

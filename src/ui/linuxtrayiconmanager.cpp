@@ -92,6 +92,7 @@ void LinuxTrayIconManager::createIndicator(QString showLabel, QString quitLabel)
     library->app_indicator_set_status(indicator, activeStatus);
     library->app_indicator_set_menu(indicator, menu);
     library->app_indicator_set_icon(indicator, installedSmallPicture);
+    made = true;
 }
 
 void LinuxTrayIconManager::createNotification(char* summary, char* body)

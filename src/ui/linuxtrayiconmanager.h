@@ -23,6 +23,9 @@ public:
     /// Makes the indicator with a menu of two entries. To be called once.
     void createIndicator(QString showLabel, QString quitLabel);
 
+    /// Whether it could be made.
+    bool hasIndicator() const { return made; }
+
     /// Shows one notification; both texts are UTF-8. Waits for the notification service.
     void createNotification(char* summary, char* body);
 
@@ -33,4 +36,7 @@ public:
 signals:
     void trayIconClicked(); ///< the first entry was chosen
     void trayIconQuit(); ///< the second one
+
+private:
+    bool made = false;
 };

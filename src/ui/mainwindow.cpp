@@ -9,6 +9,7 @@
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
 #include "ui/firmwareprompt.h"
+#include "ui/inputfocus.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
 #include "ui/messagechannel.h"
@@ -124,12 +125,14 @@ void MainWindow::createTray(const QString& openText, const QString& exitText)
     else
         createTrayIcon(exitText);
     messages = new MessageChannel(trayIcon, trayIconManager, this);
+    connect(messages, &MessageChannel::clicked, this, &MainWindow::bringToFront);
 }
 
 void MainWindow::createIndicator(const QString& openText, const QString& exitText)
 {
     trayIconManager = new LinuxTrayIconManager;
-    connect(trayIconManager, &LinuxTrayIconManager::trayIconClicked, this, &MainWindow::showWindow);
+    connect(trayIconManager, &LinuxTrayIconManager::trayIconClicked, this,
+            &MainWindow::bringToFront);
     connect(trayIconManager, &LinuxTrayIconManager::trayIconQuit, this, &MainWindow::exitApp);
     trayIconManager->createIndicator(openText, exitText);
 }
@@ -145,7 +148,7 @@ void MainWindow::createTrayIcon(const QString& exitText)
     trayMenu->addAction(trayExitAction);
     trayIcon->setContextMenu(trayMenu);
     connect(trayIcon, &QSystemTrayIcon::activated, this, &MainWindow::onTrayIconClicked);
-    connect(trayIcon, &QSystemTrayIcon::messageClicked, this, &MainWindow::showWindow);
+    connect(trayIcon, &QSystemTrayIcon::messageClicked, this, &MainWindow::bringToFront);
 }
 
 void MainWindow::loadView()
@@ -157,11 +160,10 @@ void MainWindow::loadView()
     if (viewRoot.exists())
         return;
     // The compiled view fits one Qt version only, so that an update of Qt can end here.
-    QString text = tr("The main view cannot be loaded. Please install Vireon again.");
+    viewError = tr("The main view cannot be loaded. Please install Vireon again.");
     for (const QQmlError& error : errors())
-        text += QLatin1Char('\n') + error.toString();
-    qCritical().noquote() << text;
-    QMessageBox::critical(nullptr, appTitle, text);
+        viewError += QLatin1Char('\n') + error.toString();
+    qCritical().noquote() << viewError;
 }
 
 void MainWindow::writeInitialProperties(const QString& versionText)
@@ -195,7 +197,7 @@ void MainWindow::installMenuBar()
     menuBar = new QMenuBar;
     createMenus();
     frame->installMenuBar(*menuBar, windowSize);
-    new KeyboardRouter(this, window, menuBar, this);
+    new KeyboardRouter(this, container, menuBar, this);
 }
 
 void MainWindow::applyPointerMode()
@@ -220,6 +222,17 @@ void MainWindow::showWarnings()
     }
     if (!GS::instance()->acPopUpEnabled)
         viewRoot.disableAcPopUp();
+}
+
+void MainWindow::showViewError()
+{
+    splash->slotCloseWindow();
+    if (trayIcon)
+        trayIcon->hide();
+    hide();
+    QMessageBox box(QMessageBox::Critical, appTitle, viewError);
+    box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    box.exec();
 }
 
 // --- Menus and their pages --------------------------------------------------------------------
@@ -311,6 +324,7 @@ void MainWindow::onGetHelpTriggered()
 void MainWindow::show()
 {
     windowVisible = true;
+    frame->keepOnScreen();
     window->show();
 }
 
@@ -333,13 +347,13 @@ void MainWindow::showWindow()
 void MainWindow::bringToFront()
 {
     showWindow();
-    window->activateWindow();
+    bringUpForUser(*window->windowHandle());
 }
 
 void MainWindow::onTrayIconClicked(QSystemTrayIcon::ActivationReason reason)
 {
     if (reason == QSystemTrayIcon::Trigger)
-        showWindow();
+        bringToFront();
 }
 
 void MainWindow::onClosing()
@@ -363,8 +377,6 @@ void MainWindow::onResolutionChanged(int width, int height)
     const bool wasVisible = windowVisible;
     if (wasVisible)
         hideWindow();
-    if (frame)
-        frame->keepOnScreen();
     if (wasVisible)
         showWindow();
     viewRoot.checkAspectRatio();
@@ -671,6 +683,8 @@ void MainWindow::onWakingUp()
 
 void MainWindow::exitApp()
 {
+    if (quitting)
+        return;
     RunGuard::announceEnd();
     sdk->trigger(SdkHelper::QuitEngine);
     if (trayIcon)

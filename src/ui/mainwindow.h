@@ -34,8 +34,8 @@ class WindowFrame;
  * never shown or hidden by itself: it lives in the top-level window.
  *
  * QML knows it as "mainwindow"; all public slots can be called from there. It writes properties of
- * the root object and calls its functions by name. A view that cannot be loaded is reported in a
- * message box and on the log, and the program goes on without it.
+ * the root object and calls its functions by name. A view that cannot be loaded is reported on the
+ * log, and remembered.
  */
 class MainWindow : public QQuickView
 {
@@ -51,11 +51,19 @@ public:
 
     ~MainWindow() override;
 
+    bool hasView() const { return viewRoot.exists(); }
+
+    /// Tells the user, in a box above everything, why there is no view, and takes all else of the
+    /// program off the screen. Returns when the box is closed, or the program has been told to
+    /// quit.
+    void showViewError();
+
     /// Show and hide the top-level window, not the view.
     void show();
     void hide();
 
-    /// Shows the window and makes it the active one, for a user who has started the program again.
+    /// Shows the window on top of all others and gives it the keyboard, for a user who asks for it:
+    /// starts the program again, clicks its icon or a message.
     void bringToFront();
 
     void createActions();
@@ -89,7 +97,8 @@ public slots:
     /// Asks to update the camera's firmware. The box only tells how: neither button starts it.
     void onUpdateFirmwareTriggered();
 
-    /// Quits the program: tells the engine, hides everything and leaves 800 ms later.
+    /// Quits the program: tells the engine, hides everything and leaves 800 ms later. Without
+    /// effect while it quits.
     void exitApp();
 
     // Commands to the engine. A calibration marks the view as loading.
@@ -240,6 +249,8 @@ private:
     double lastFactor = -1.0;
     QList<QString> pendingMessages;
     bool messageShowing = false;
+
+    QString viewError; ///< why there is no view; empty when there is one
 
     // What the members above are handled with.
     ViewRoot viewRoot {*this};

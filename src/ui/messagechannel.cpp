@@ -2,6 +2,7 @@
 
 #include "ui/desktopnotifier.h"
 #include "ui/linuxtrayiconmanager.h"
+#include "ui/traywatch.h"
 
 #include <QSystemTrayIcon>
 
@@ -17,12 +18,15 @@ MessageChannel::MessageChannel(QSystemTrayIcon* trayIcon, LinuxTrayIconManager* 
     , icon(trayIcon)
     , indicator(trayIconManager)
     , notifier(trayIcon ? new DesktopNotifier(this) : nullptr)
+    , trayWatch(trayIcon ? new TrayWatch(this) : nullptr)
 {
+    if (notifier)
+        connect(notifier, &DesktopNotifier::messageClicked, this, &MessageChannel::clicked);
 }
 
 bool MessageChannel::hasTray() const
 {
-    return indicator || QSystemTrayIcon::isSystemTrayAvailable();
+    return indicator ? indicator->hasIndicator() : trayWatch->hasTray();
 }
 
 void MessageChannel::show(const QString& title, const QString& text)

@@ -6,6 +6,7 @@
 class DesktopNotifier;
 class LinuxTrayIconManager;
 class QSystemTrayIcon;
+class TrayWatch;
 
 /**
  * The one way in which the desktop shows a message of the program: the indicator's notifications
@@ -19,7 +20,7 @@ class MessageChannel : public QObject
     Q_OBJECT
 
 public:
-    /// Either the tray icon or the indicator is null. Both outlive this.
+    /// Either the tray icon, which is visible, or the indicator is null. Both outlive this.
     MessageChannel(QSystemTrayIcon* icon, LinuxTrayIconManager* indicator, QObject* parent);
 
     /// Whether the user has the program's icon somewhere on the desktop.
@@ -31,8 +32,13 @@ public:
     /// Takes the message away that is shown. Not on Unity.
     void hide();
 
+signals:
+    /// The user has clicked a message. Of the tray icon's the icon itself tells.
+    void clicked();
+
 private:
     QSystemTrayIcon* const icon;
     LinuxTrayIconManager* const indicator;
-    DesktopNotifier* notifier = nullptr; ///< null on Unity
+    DesktopNotifier* const notifier; ///< null on Unity
+    TrayWatch* const trayWatch; ///< null on Unity
 };

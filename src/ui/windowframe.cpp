@@ -8,6 +8,20 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
+
+namespace {
+
+QVector<QRect> screenGeometries()
+{
+    QVector<QRect> geometries;
+    for (const QScreen* screen : QGuiApplication::screens())
+        geometries.append(screen->geometry());
+    return geometries;
+}
+
+} // namespace
+
 WindowFrame::WindowFrame(QWidget& itsWindow)
     : window(itsWindow)
 {
@@ -43,9 +57,13 @@ void WindowFrame::centre()
 
 void WindowFrame::keepOnScreen()
 {
-    for (const QScreen* screen : QGuiApplication::screens()) {
-        if (screen->geometry().contains(window.frameGeometry()))
-            return;
-    }
-    centre();
+    const QVector<QRect> screens = screenGeometries();
+    const bool isUsersPlace = window.isVisible() && screens == knownScreens;
+    knownScreens = screens;
+    const QRect place = window.frameGeometry();
+    const bool isWhole = std::any_of(screens.begin(), screens.end(), [&place](const QRect& screen) {
+        return screen.contains(place);
+    });
+    if (!isUsersPlace && !isWhole)
+        centre();
 }

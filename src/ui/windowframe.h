@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QRect>
+#include <QVector>
+
 class QMenuBar;
 class QSize;
 class QWidget;
@@ -25,10 +28,12 @@ public:
     /// Moves the window into the middle of the primary screen; without a screen, does nothing.
     void centre();
 
-    /// Centres a window that no screen shows as a whole, after a screen has shrunk or gone: a
-    /// window manager would show it again where it was.
+    /// Before each show: centres a window that no screen shows as a whole, since a window manager
+    /// would show it again where it was. One that is visible stays, while the screens are those of
+    /// the last show: the user has moved it there.
     void keepOnScreen();
 
 private:
     QWidget& window;
+    QVector<QRect> knownScreens; ///< geometries, at the last show
 };

@@ -31,8 +31,25 @@ def test_message_is_shown_for_five_seconds(service, notifier):
     ((method, arguments),) = service.wait_for_calls(1)
     assert method == "Notify"
     assert arguments == ["Vireon", 0, "/usr/local/bin/Vireon/Corvanthel.png", "Vireon",
-                         "Läuft im Hintergrund 実行中", [],
+                         "Läuft im Hintergrund 実行中", ["default", "Open"],
                          {"desktop-entry": "com.corvanthel.Vireon"}, 5000]
+
+
+def test_click_on_a_message_is_told_once_for_each(service, notifier):
+    for text in "AB":
+        do(notifier, "show", "Vireon", text)
+    service.wait_for_calls(2)
+    for number in (1, 2):
+        service.emit("ActionInvoked", "us", number, "default")
+        assert notifier.answer() == "clicked"
+    # Another program's message, another action, and a message that is gone.
+    service.emit("ActionInvoked", "us", 3, "default")
+    service.emit("ActionInvoked", "us", 1, "other")
+    service.emit("NotificationClosed", "uu", 1, 2)
+    service.emit("ActionInvoked", "us", 1, "default")
+    service.emit("ActionInvoked", "us", 2, "default")
+    assert notifier.answer() == "clicked"
+    do(notifier, "show", "Vireon", "C")
 
 
 def test_messages_keep_their_order(service, notifier):

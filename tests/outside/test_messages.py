@@ -101,5 +101,15 @@ def test_second_start_is_the_way_back(desktop, install, daemon, environment):
     assert bodies(daemon) == [HINT_WITHOUT_TRAY]
 
 
+def test_click_on_the_message_is_the_way_back(desktop, install, daemon):
+    app = install(environment=GNOME).start()
+    app.wait_until_shows("Started and ready")
+    (window,) = app.windows()
+    close(app)
+    wait_for(daemon.click, what="a message")
+    wait_for(lambda: viewable(desktop, window), what="the window")
+    wait_for(lambda: desktop.active_window() == window, what="the window with the keyboard")
+
+
 def viewable(desktop, window):
     return "IsViewable" in desktop.run("xwininfo", "-id", window)

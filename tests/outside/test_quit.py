@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import signal
 import time
 
@@ -72,6 +73,24 @@ def test_second_request_changes_nothing(app):
     assert app.wait() == 0
     assert app.letters() == ["Q"]
     assert app.log_count(r"Quit Vireon clicked") == 1
+
+
+@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGHUP])
+def test_inherited_ignorance_of_a_signal_stays(install, bus, number):
+    app = install().start(by=("env", f"--ignore-signal={number.name.removeprefix('SIG')}"))
+    app.wait_until_shows("Started and ready")
+    app.signal(number)
+    # The next requests come after that one: first by the bus, then by another signal.
+    bus.call("com.corvanthel.Vireon", "/com/corvanthel/Vireon", "org.freedesktop.Application",
+             "Activate", "(a{sv})", {})
+    assert app.is_running() and app.log_count("Quit Vireon clicked") == 0
+    assert ignores(app.pid, number) and not ignores(app.pid, signal.SIGTERM)
+    assert app.quit() == 0
+
+
+def ignores(pid, number):
+    (mask,) = re.findall(r"SigIgn:\s+(\w+)", pathlib.Path(f"/proc/{pid}/status").read_text())
+    return bool(int(mask, 16) >> (number - 1) & 1)
 
 
 @pytest.mark.parametrize("choices, open_item", [(["File"], "Exit"),

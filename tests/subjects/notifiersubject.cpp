@@ -1,6 +1,6 @@
 // Messages through the notification service: notifiersubject. It says "ready" and obeys lines on
 // standard input, whose words are separated by tabs; it answers each "done MS", with the time the
-// call took:
+// call took. A click on a message it tells with "clicked":
 //   show SUMMARY BODY
 //   close
 //   showclose SUMMARY BODY   both at once
@@ -16,6 +16,7 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     DesktopNotifier notifier;
+    QObject::connect(&notifier, &DesktopNotifier::messageClicked, [] { Words::say("clicked"); });
     const Words words([&](const QStringList& line) {
         QElapsedTimer clock;
         clock.start();

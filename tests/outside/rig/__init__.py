@@ -7,6 +7,7 @@ judges by the engine's journal, by what the window shows and by the files that a
 
 from .app import App
 from .bus import Bus
+from .busy import Busy
 from .desktop import Desktop
 from .dunst import Dunst
 from .hands import HANDS, step
@@ -16,7 +17,8 @@ from .notifications import NotificationService
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
+from .twoscreens import TwoScreens
 
-__all__ = ["App", "Bus", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
-           "NotificationService", "Subject", "adopt_orphans", "is_running", "memory_of", "stage",
-           "step", "wait_for"]
+__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
+           "NotificationService", "Subject", "TwoScreens", "adopt_orphans", "is_running",
+           "memory_of", "stage", "step", "wait_for"]

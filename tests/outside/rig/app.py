@@ -52,11 +52,12 @@ class App:
 
     # --- The program ------------------------------------------------------------------------
 
-    def start(self):
-        """Starts it; returns at once. Its log and output go on in the same files."""
+    def start(self, *arguments, by=()):
+        """Starts it, by way of a command that becomes it; returns at once. Its log and output go on
+        in the same files."""
         with open(self._log_path, "ab") as errors, open(self._output_path, "ab") as output:
             self.process = processes.spawn(
-                [self.programs / "vireon"], env=self.environment(),
+                [*by, self.programs / "vireon", *arguments], env=self.environment(),
                 cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=errors)
         return self
 
@@ -211,8 +212,7 @@ class App:
 
     def windows(self):
         """X ids of its windows on the screen, the lowest first."""
-        listed = self.desktop.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
-        return [window for window in re.findall(r"0x[0-9a-f]+", listed)
+        return [window for window in self.desktop.windows()
                 if f"= {self.pid}\n" in self.desktop.run("xprop", "-id", window, "_NET_WM_PID")]
 
     def hide(self):
@@ -226,8 +226,7 @@ class App:
 
     def _is_active(self):
         """Whether one of its windows is the active one."""
-        shown = self.desktop.run("xprop", "-root", "_NET_ACTIVE_WINDOW")
-        return any(window in self.windows() for window in re.findall(r"0x[0-9a-f]+", shown))
+        return self.desktop.active_window() in self.windows()
 
     def screenshot(self, path):
         """Saves a picture of its topmost window with the frame around it."""

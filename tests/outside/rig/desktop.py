@@ -1,6 +1,7 @@
 """A private desktop without hardware."""
 
 import os
+import re
 import subprocess
 
 from . import processes
@@ -86,6 +87,17 @@ class Desktop:
 
     def key(self, *keys):
         self.run("xdotool", "key", *keys)
+
+    def windows(self):
+        """X ids of all programs' windows on the screen, the lowest first."""
+        return self._listed("_NET_CLIENT_LIST_STACKING")
+
+    def active_window(self):
+        """The X id of the window in use, or None."""
+        return next(iter(self._listed("_NET_ACTIVE_WINDOW")), None)
+
+    def _listed(self, name):
+        return re.findall(r"0x[0-9a-f]+", self.run("xprop", "-root", name))
 
     def _prepare(self):
         """Of another kind of desktop: its settings, before anything runs."""

@@ -34,3 +34,10 @@ class Dunst:
         history = self._bus.call(_NAME, _PATH, _COMMANDS, "NotificationListHistory")
         found = [Message(one["summary"], one["body"], one["timestamp"] / 1e6) for one in history]
         return sorted(found, key=lambda message: message.time)
+
+    def click(self):
+        """Clicks the upper one of the messages on the screen; whether there was one."""
+        if not self._bus.property(_NAME, _PATH, _COMMANDS, "displayedLength"):
+            return False
+        self._bus.call(_NAME, _PATH, _COMMANDS, "NotificationAction", "(u)", 0)
+        return True

@@ -15,11 +15,8 @@ _NOTE = re.compile(r"^\[(debug|info)\]")
 ALLOWED = (
     # The indicator's library asks plain entries for a mark.
     re.compile(r"Gtk-CRITICAL .*gtk_check_menu_item_get_active"),
-    # Qt gives the view its focus back before the hidden window around it is on the screen again;
-    # it gets the focus all the same, with that window.
-    re.compile(r"QXcbConnection: XCB error: 8 \(BadMatch\).* \(SetInputFocus\)"),
-    # A window that is shown, hidden and shown again at once: Qt hears of the first showing only
-    # after the hiding.
+    # A window that is shown, hidden and shown at once: Qt hears of the first showing after the
+    # hiding and takes it for mapped.
     re.compile(r"QXcbWindow::setNetWmStateOnUnmappedWindow\(\) called on mapped window"),
     # When a box closes, Qt asks which window the pointer is over now, and goes down to it through
     # the window manager's frames: one of them may be gone before it is asked.

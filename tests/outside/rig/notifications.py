@@ -36,3 +36,9 @@ class NotificationService:
         found = self.calls()
         assert len(found) == count
         return found
+
+    def emit(self, name, signature, *arguments):
+        """Has it send a signal."""
+        values = [self._bus.variant(kind, value) for kind, value in zip(signature, arguments)]
+        self._bus.call(*_OBJECT, "org.freedesktop.DBus.Mock", "EmitSignal", "(sssav)", NAME, name,
+                       signature, values)

@@ -1,0 +1,83 @@
+#include "ui/inputfocus.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace {
+
+constexpr uint32_t sourceIsUser = 2;
+
+bool isX()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+/// A connection of its own, where nobody listens to errors; Qt does not give its one away.
+xcb_connection_t* server()
+{
+    static xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
+    return connection;
+}
+
+xcb_window_t idOf(const QWindow& window)
+{
+    return static_cast<xcb_window_t>(window.winId());
+}
+
+template <typename Reply> using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
+
+xcb_atom_t atom(const char* name)
+{
+    const auto length = static_cast<uint16_t>(std::strlen(name));
+    const Answer<xcb_intern_atom_reply_t> answer {
+        xcb_intern_atom_reply(server(), xcb_intern_atom(server(), false, length, name), nullptr),
+        &std::free};
+    return answer ? answer->atom : xcb_atom_t {XCB_ATOM_NONE};
+}
+
+} // namespace
+
+void bringUpForUser(QWindow& window)
+{
+    if (!isX() || xcb_connection_has_error(server()) != 0) {
+        window.requestActivate();
+        return;
+    }
+    // An answer on Qt's own connection: that the window is shown has come to the server before.
+    QCursor::pos();
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server())).data->root;
+    xcb_client_message_event_t message {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = idOf(window);
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = sourceIsUser;
+    message.data.data32[1] = XCB_CURRENT_TIME;
+    xcb_send_event(server(), false, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(server());
+}
+
+void handKeyboardOn(const QWindow& from, QWindow& to)
+{
+    if (!isX()) {
+        if (QGuiApplication::focusWindow() == &from)
+            to.requestActivate();
+        return;
+    }
+    const Answer<xcb_get_input_focus_reply_t> answer {
+        xcb_get_input_focus_reply(server(), xcb_get_input_focus(server()), nullptr), &std::free};
+    if (!answer || answer->focus != idOf(from))
+        return;
+    const xcb_void_cookie_t request =
+        xcb_set_input_focus_checked(server(), XCB_INPUT_FOCUS_PARENT, idOf(to), XCB_CURRENT_TIME);
+    xcb_discard_reply(server(), request.sequence);
+    xcb_flush(server());
+}
