@@ -1,6 +1,6 @@
 #include "ui/keyboardrouter.h"
 
-#include "ui/inputfocus.h"
+#include "ui/windowsystem.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -9,15 +9,16 @@
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
 #include "ui/firmwareprompt.h"
-#include "ui/inputfocus.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
+#include "ui/mapwatch.h"
 #include "ui/messagechannel.h"
 #include "ui/mywidget.h"
 #include "ui/splash.h"
 #include "ui/supportaddresses.h"
 #include "ui/viewcolours.h"
 #include "ui/windowframe.h"
+#include "ui/windowsystem.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -88,6 +89,7 @@ MainWindow::MainWindow(QString openText, QString exitText, QString versionText)
     viewRoot.setStatus(StatusStarted);
     viewRoot.setFinishedLoading(true);
     show();
+    new MapWatch(*window, this);
     constructed = true;
     showWarnings();
 }
@@ -374,11 +376,10 @@ void MainWindow::onResolutionChanged(int width, int height)
 {
     Q_UNUSED(width)
     Q_UNUSED(height)
-    const bool wasVisible = windowVisible;
-    if (wasVisible)
+    if (windowVisible) {
         hideWindow();
-    if (wasVisible)
         showWindow();
+    }
     viewRoot.checkAspectRatio();
     if (!ResolutionChangeNotifier::isOptimumFreq())
         viewRoot.showFreqPopup();

@@ -1,5 +1,7 @@
 """The window comes up for the user, over another one that is in use, and gets the keyboard."""
 
+import re
+
 import pytest
 
 from rig import Busy, Desktop, Mate, wait_for
@@ -83,3 +85,17 @@ def test_hiding_and_reports_in_a_row_leave_no_errors(desktop, subject):
     # What the server says comes before the answer to this.
     wait_for(lambda: "Vireon" in desktop.run("wmctrl", "-l"), what="the window")
     assert not any("XCB error" in line for line in hub.log())
+
+
+@pytest.mark.parametrize("make_desktop", [Desktop, Mate])
+def test_window_that_was_lost_comes_back(desktop, subject):
+    hub = subject("mainwindowsubject").ready()
+    assert hub.ask("status", "0") == "done"  # and the splash is gone
+    (window,) = wait_for(
+        lambda: re.findall(r"(0x\w+) .* Vireon$", desktop.run("wmctrl", "-l"), re.M),
+        what="the window")
+    desktop.run("xdotool", "windowunmap", int(window, 16))
+    wait_for(lambda: not is_shown(desktop, window), what="a lost window")
+    wait_for(lambda: is_shown(desktop, window), what="the window again")
+    assert hub.ask("call", "hideWindow") == "done"
+    wait_for(lambda: not is_shown(desktop, window), what="a hidden window")

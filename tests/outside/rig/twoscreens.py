@@ -15,7 +15,7 @@ class TwoScreens(Desktop):
         """Takes the right one away."""
         self.run("xrandr", "--output", _RIGHT, "--off")
 
-    def _start_screen(self, size):
+    def _start_screen(self):
         log = self.directory / "screens.log"
         number = self._start("Xorg", "-noreset", "-novtswitch", "-sharevts", "-nolisten", "tcp",
                              "-config", _CONFIGURATION, "-logfile", log, report="-displayfd")
@@ -23,3 +23,5 @@ class TwoScreens(Desktop):
         self.run("xrandr", "--output", _LEFT, "--primary", "--mode", "full_60")
         self.run("xrandr", "--addmode", _RIGHT, "full_60")
         self.run("xrandr", "--output", _RIGHT, "--mode", "full_60", "--right-of", _LEFT)
+        # The driver knows that it is connected as soon as somebody looks.
+        assert f"{_RIGHT} connected" in self.run("xrandr", "--query")

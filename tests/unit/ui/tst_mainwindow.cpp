@@ -227,8 +227,7 @@ void TestMainWindow::broughtToTheFrontItIsActive()
     view->hideWindow();
     log->clear();
     view->bringToFront();
-    const QStringList wanted {"MyWidget.setVisible(true)", "MyWidget.raise()",
-                              "MyWidget.activateWindow()"};
+    const QStringList wanted {"MyWidget.setVisible(true)", "MyWidget.raise()"};
     QCOMPARE(told(wanted), wanted);
     QTRY_VERIFY_WITH_TIMEOUT(topLevel()->isActiveWindow(), patienceMs);
 }
@@ -260,6 +259,7 @@ void TestMainWindow::resolutionChangePutsTheWindowOnAScreen()
         if (!shown)
             view->hideWindow();
         view->onResolutionChanged();
+        view->showWindow();
         QCOMPARE(topLevel()->pos(), centred);
     }
 }

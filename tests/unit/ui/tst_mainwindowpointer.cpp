@@ -256,6 +256,7 @@ void TestMainWindowPointer::clickMakesTheWindowActive_data()
 void TestMainWindowPointer::clickMakesTheWindowActive()
 {
     QFETCH(bool, isFinger);
+    QVERIFY(makeClickable());
     QWidget other;
     other.show();
     other.activateWindow();

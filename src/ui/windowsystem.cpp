@@ -1,4 +1,4 @@
-#include "ui/inputfocus.h"
+#include "ui/windowsystem.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -12,6 +12,7 @@
 namespace {
 
 constexpr uint32_t sourceIsUser = 2;
+constexpr uint32_t withdrawnState = 0; ///< of WM_STATE
 
 bool isX()
 {
@@ -80,4 +81,24 @@ void handKeyboardOn(const QWindow& from, QWindow& to)
         xcb_set_input_focus_checked(server(), XCB_INPUT_FOCUS_PARENT, idOf(to), XCB_CURRENT_TIME);
     xcb_discard_reply(server(), request.sequence);
     xcb_flush(server());
+}
+
+bool isWithdrawn(const QWindow& window)
+{
+    if (!isX())
+        return false;
+    const Answer<xcb_get_window_attributes_reply_t> attributes {
+        xcb_get_window_attributes_reply(
+            server(), xcb_get_window_attributes(server(), idOf(window)), nullptr),
+        &std::free};
+    const xcb_atom_t name = atom("WM_STATE");
+    const Answer<xcb_get_property_reply_t> state {
+        xcb_get_property_reply(server(),
+                               xcb_get_property(server(), false, idOf(window), name, name, 0, 1),
+                               nullptr),
+        &std::free};
+    if (!attributes || !state || attributes->map_state != XCB_MAP_STATE_UNMAPPED)
+        return false;
+    return xcb_get_property_value_length(state.get()) == 0
+        || *static_cast<uint32_t*>(xcb_get_property_value(state.get())) == withdrawnState;
 }

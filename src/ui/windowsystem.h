@@ -2,8 +2,8 @@
 
 class QWindow;
 
-// The keyboard's way between windows, where Qt's own requests are not enough. GUI thread only; the
-// windows exist in the window system.
+// What the window system and the window manager are asked for where Qt's own calls are not enough.
+// GUI thread only; the windows exist in the window system.
 
 /// Asks the window manager to bring @p window, which is shown, to the front with the keyboard,
 /// because the user wants it. It does as a pager does: a plain request of a program that is not in
@@ -16,3 +16,7 @@ void bringUpForUser(QWindow& window);
 /// hiding and a showing it would give the keyboard to a window that is not there yet, an error. One
 /// that goes away at this very moment is no matter. Where there is no X server, Qt does it.
 void handKeyboardOn(const QWindow& from, QWindow& to);
+
+/// Whether the window manager has put @p window away, not as one that is minimised. The X server is
+/// asked, and waited for; where there is none, false.
+bool isWithdrawn(const QWindow& window);
