@@ -88,14 +88,13 @@ bool isWithdrawn(const QWindow& window)
     if (!isX())
         return false;
     const Answer<xcb_get_window_attributes_reply_t> attributes {
-        xcb_get_window_attributes_reply(
-            server(), xcb_get_window_attributes(server(), idOf(window)), nullptr),
+        xcb_get_window_attributes_reply(server(), xcb_get_window_attributes(server(), idOf(window)),
+                                        nullptr),
         &std::free};
     const xcb_atom_t name = atom("WM_STATE");
     const Answer<xcb_get_property_reply_t> state {
-        xcb_get_property_reply(server(),
-                               xcb_get_property(server(), false, idOf(window), name, name, 0, 1),
-                               nullptr),
+        xcb_get_property_reply(
+            server(), xcb_get_property(server(), false, idOf(window), name, name, 0, 1), nullptr),
         &std::free};
     if (!attributes || !state || attributes->map_state != XCB_MAP_STATE_UNMAPPED)
         return false;
