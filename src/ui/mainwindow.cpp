@@ -303,7 +303,7 @@ void MainWindow::createMenus()
 
 void MainWindow::onLoadCcf()
 {
-    sdk->trigger(SdkHelper::LoadCcf);
+    send(SdkHelper::LoadCcf);
 }
 
 void MainWindow::onTroubleshootTriggered()
@@ -326,6 +326,8 @@ void MainWindow::onGetHelpTriggered()
 void MainWindow::show()
 {
     windowVisible = true;
+    if (!window)
+        return;
     frame->keepOnScreen();
     window->show();
 }
@@ -333,13 +335,16 @@ void MainWindow::show()
 void MainWindow::hide()
 {
     windowVisible = false;
-    window->hide();
+    if (window)
+        window->hide();
 }
 
 void MainWindow::showWindow()
 {
     if (splash)
         splash->slotCloseWindow();
+    if (!window)
+        return;
     // A plain show() would leave a minimised window where it is.
     window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     show();
@@ -349,7 +354,8 @@ void MainWindow::showWindow()
 void MainWindow::bringToFront()
 {
     showWindow();
-    bringUpForUser(*window->windowHandle());
+    if (window && window->windowHandle())
+        bringUpForUser(*window->windowHandle());
 }
 
 void MainWindow::onTrayIconClicked(QSystemTrayIcon::ActivationReason reason)
@@ -364,7 +370,7 @@ void MainWindow::onClosing()
         return;
     hide();
     if (!closeHintShown) {
-        showMessage(messages->hasTray()
+        showMessage(messages && messages->hasTray()
                         ? tr("Running in background, you can open and quit the window from the ")
                             + tr("icon-tray.")
                         : tr("Running in background. Start Vireon again to open the window."));
@@ -402,7 +408,7 @@ bool MainWindow::event(QEvent* ev)
     const bool handled = QQuickView::event(ev);
     const bool lifted = ev->type() == QEvent::MouseButtonRelease || ev->type() == QEvent::TouchEnd;
     // The router leads on from there; asking for the window once more would take the focus back.
-    if (lifted && !window->isActiveWindow())
+    if (lifted && window && !window->isActiveWindow())
         window->activateWindow();
     return handled;
 }
@@ -428,13 +434,15 @@ void MainWindow::onStatusChanged(int id)
         showMessage(tr("Vireon not calibrated. Please Calibrate!"));
     viewRoot.setStatus(id);
     showWindow();
-    sdk->resetLastAction();
+    if (sdk)
+        sdk->resetLastAction();
 }
 
 void MainWindow::updateFirmwareHint(int id)
 {
     const bool offered = FirmwarePrompt::isOffered(id, StatusListener::instance()->firmware);
-    updateFirmwareAction->setEnabled(offered);
+    if (updateFirmwareAction)
+        updateFirmwareAction->setEnabled(offered);
     if (!offered)
         return;
     if (!firmwarePromptShown)
@@ -485,14 +493,16 @@ void MainWindow::showMessage()
 
 void MainWindow::displayMessage(const QString& text)
 {
-    messages->show(appTitle, text);
+    if (messages)
+        messages->show(appTitle, text);
     messageShowing = true;
     QTimer::singleShot(messageTimeMs, this, qOverload<>(&MainWindow::showMessage));
 }
 
 void MainWindow::hideMessage()
 {
-    messages->hide();
+    if (messages)
+        messages->hide();
 }
 
 void MainWindow::onUpdateFirmwareTriggered()
@@ -502,24 +512,30 @@ void MainWindow::onUpdateFirmwareTriggered()
 
 // --- Calibration and other commands to the engine ---------------------------------------------
 
+void MainWindow::send(int action)
+{
+    if (sdk)
+        sdk->trigger(action);
+}
+
 void MainWindow::startAutoCalibration()
 {
     markCalibration();
-    sdk->trigger(SdkHelper::AutoCalibration);
+    send(SdkHelper::AutoCalibration);
 }
 
 void MainWindow::startManualCalibration()
 {
     deleteCalibrationCache();
     markCalibration();
-    sdk->trigger(SdkHelper::ManualCalibration);
+    send(SdkHelper::ManualCalibration);
 }
 
 void MainWindow::startTouchCalibration()
 {
     deleteCalibrationCache();
     markCalibration();
-    sdk->trigger(SdkHelper::TouchCalibration);
+    send(SdkHelper::TouchCalibration);
 }
 
 void MainWindow::deleteCalibrationCache()
@@ -535,22 +551,22 @@ void MainWindow::markCalibration()
 
 void MainWindow::startParallaxCorrection()
 {
-    sdk->trigger(SdkHelper::TouchCalibration);
+    send(SdkHelper::TouchCalibration);
 }
 
 void MainWindow::calibrateRayline()
 {
-    sdk->trigger(SdkHelper::CalibrateRayline);
+    send(SdkHelper::CalibrateRayline);
 }
 
 void MainWindow::openSensorViewer()
 {
-    sdk->trigger(SdkHelper::SensorViewer);
+    send(SdkHelper::SensorViewer);
 }
 
 void MainWindow::offsetCorrection()
 {
-    sdk->trigger(SdkHelper::OffsetCorrection);
+    send(SdkHelper::OffsetCorrection);
 }
 
 void MainWindow::pauseResumeCalibration()
@@ -558,7 +574,7 @@ void MainWindow::pauseResumeCalibration()
     qDebug() << "pause resume";
     calibrationPaused = !calibrationPaused;
     viewRoot.setCalibrationPaused(calibrationPaused);
-    sdk->trigger(SdkHelper::PauseResumeCalibration);
+    send(SdkHelper::PauseResumeCalibration);
     showMessage(calibrationPaused ? tr("Calibration is paused! Mouse/Touch will not work")
                                   : tr("Calibration resumed"));
 }
@@ -568,7 +584,7 @@ void MainWindow::resetCalibration()
     const int shown = viewRoot.status();
     if (shown == StatusNotReady || shown == StatusEngineGaveUp)
         return;
-    sdk->trigger(SdkHelper::ResetCalibration);
+    send(SdkHelper::ResetCalibration);
     // Shown at once, before the engine reports anything.
     onStatusChanged(StatusNotCalibrated);
 }
@@ -580,7 +596,7 @@ void MainWindow::singlePointerMode()
     isSinglePointer = true;
     setPointerMode(true);
     showMessage(tr("Single Input(Mouse) mode is active"));
-    sdk->trigger(SdkHelper::SinglePointer);
+    send(SdkHelper::SinglePointer);
 }
 
 void MainWindow::multiPointerMode()
@@ -588,12 +604,14 @@ void MainWindow::multiPointerMode()
     isSinglePointer = false;
     setPointerMode(false);
     showMessage(tr("Multi Input (Touch) mode is active"));
-    sdk->trigger(SdkHelper::MultiPointer);
+    send(SdkHelper::MultiPointer);
 }
 
 void MainWindow::setPointerMode(bool single)
 {
     isSinglePointer = single;
+    if (!menuBar)
+        return;
     singleInputAction->setChecked(isSinglePointer);
     multiInputAction->setChecked(!isSinglePointer);
 }
@@ -671,13 +689,15 @@ void MainWindow::wasteCpu()
 
 void MainWindow::onGoingToSleep()
 {
-    sdk->stopVireon();
+    if (sdk)
+        sdk->stopVireon();
 }
 
 void MainWindow::onWakingUp()
 {
     StatusListener::instance()->injectStatus(StatusStarted);
-    sdk->startVireon();
+    if (sdk)
+        sdk->startVireon();
 }
 
 // --- Quit -------------------------------------------------------------------------------------
@@ -687,7 +707,7 @@ void MainWindow::exitApp()
     if (quitting)
         return;
     RunGuard::announceEnd();
-    sdk->trigger(SdkHelper::QuitEngine);
+    send(SdkHelper::QuitEngine);
     if (trayIcon)
         trayIcon->hide();
     enableProcessorIdleMode();

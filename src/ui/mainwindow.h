@@ -35,7 +35,7 @@ class WindowFrame;
  *
  * QML knows it as "mainwindow"; all public slots can be called from there. It writes properties of
  * the root object and calls its functions by name. A view that cannot be loaded is reported on the
- * log, and remembered.
+ * log, and remembered. What is not made yet, or at all on the bare one, a slot leaves out.
  */
 class MainWindow : public QQuickView
 {
@@ -205,6 +205,7 @@ private:
     // Small pieces that several slots share.
     void updateFirmwareHint(int id);
     void displayMessage(const QString& text);
+    void send(int action); ///< an SdkHelper::Action
     void markCalibration();
     static void deleteCalibrationCache();
 

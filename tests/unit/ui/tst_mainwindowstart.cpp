@@ -3,9 +3,12 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMetaMethod>
 #include <QQuickItem>
 #include <QScreen>
 #include <QSplashScreen>
+
+Q_DECLARE_METATYPE(QMetaMethod)
 
 /// The construction of the window, under settings that each function makes.
 class TestMainWindowStart : public WindowFixture
@@ -33,6 +36,8 @@ private slots:
     void firmwareCannotBeUpdatedYet();
     void nothingIsSaidOrCommanded();
     void bareViewHasItsInitialValues();
+    void noSlotNeedsWhatIsNotThere_data();
+    void noSlotNeedsWhatIsNotThere();
 };
 
 // --- Splash -----------------------------------------------------------------------------------
@@ -270,6 +275,33 @@ void TestMainWindowStart::bareViewHasItsInitialValues()
         QCOMPARE(log->count("quiting mainwindow"), 0);
     }
     QCOMPARE(log->count("quiting mainwindow"), 1);
+}
+
+void TestMainWindowStart::noSlotNeedsWhatIsNotThere_data()
+{
+    qRegisterMetaType<QSystemTrayIcon::ActivationReason>("QSystemTrayIcon::ActivationReason");
+    QTest::addColumn<QMetaMethod>("slot");
+    const QMetaObject& type = MainWindow::staticMetaObject;
+    for (int index = type.methodOffset(); index < type.methodCount(); ++index) {
+        const QMetaMethod method = type.method(index);
+        // The box waits for the user.
+        if (method.access() == QMetaMethod::Public && method.name() != "onUpdateFirmwareTriggered")
+            QTest::newRow(method.methodSignature().constData()) << method;
+    }
+}
+
+void TestMainWindowStart::noSlotNeedsWhatIsNotThere()
+{
+    QFETCH(QMetaMethod, slot);
+    MainWindow bare(nullptr);
+    QVariantList values;
+    for (int index = 0; index < slot.parameterCount(); ++index)
+        values.append(QVariant(slot.parameterType(index), nullptr));
+    QGenericArgument arguments[3];
+    for (int index = 0; index < values.size(); ++index)
+        arguments[index] =
+            QGenericArgument(QMetaType::typeName(slot.parameterType(index)), values[index].data());
+    QVERIFY(slot.invoke(&bare, Qt::DirectConnection, arguments[0], arguments[1], arguments[2]));
 }
 
 int main(int argc, char* argv[])
