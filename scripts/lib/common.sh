@@ -54,3 +54,11 @@ build_preset() {
     cmake --preset "$preset"
     cmake --build --preset "$preset" "${targets[@]}"
 }
+
+# skips_of PRESET: a line for each part of the last run that was skipped, with the reason.
+skips_of() {
+    awk '
+        match($0, /^[0-9]+\/[0-9]+ Testing: /) { test = substr($0, RLENGTH + 1) }
+        sub(/^SKIP +: /, "") || sub(/^SKIPPED +/, "") { print "skipped: " test ": " $0 }' \
+        "$top/build/$1/Testing/Temporary/LastTest.log"
+}
