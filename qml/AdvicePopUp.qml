@@ -3,13 +3,13 @@ import "theme.js" as Theme
 
 // The advice before an auto calibration. Its user puts a check box into "choice" and declares the
 // buttons, which stand in a row below it.
-Layer {
+Dialog {
     property alias choice: choiceRow.data
     default property alias buttons: buttonRow.data
 
+    title: qsTr("Auto Calibration")
     color: "transparent"
 
-    Accessible.role: Accessible.Dialog
     Accessible.name: advice.text
 
     VersionLabel {}

@@ -3,7 +3,7 @@ import "theme.js" as Theme
 
 // Tells that the screen is not 16:9 and offers what to do about it: at once on the first screen, in
 // the settings of the graphics card on the second.
-Layer {
+Dialog {
     id: root
 
     function show() {
@@ -29,18 +29,26 @@ Layer {
         backBtn.forceActiveFocus();
     }
 
+    title: qsTr("Aspect Ratio")
     first: ignoreBtn
-    color: Theme.surface
 
-    Accessible.role: Accessible.Dialog
     Accessible.name: firstText.plainText
 
     onEscaped: hide()
 
+    Image {
+        id: icon
+
+        anchors { left: parent.left; leftMargin: 20; top: parent.top; topMargin: root.contentTop }
+        width: 40
+        height: 40
+        source: "qrc:///qml/warningIcon.png"
+    }
+
     Item {
         id: firstScreen
 
-        anchors { fill: parent; margins: margin }
+        anchors { fill: parent; leftMargin: 80; rightMargin: 20; topMargin: root.contentTop; bottomMargin: root.contentBottom }
 
         Text {
             id: firstText
@@ -48,13 +56,11 @@ Layer {
             readonly property string plainText: text.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ")
 
             anchors { left: parent.left; right: parent.right; top: parent.top; bottom: btnRow.top; bottomMargin: 10 }
-            horizontalAlignment: Text.AlignHCenter
-            verticalAlignment: Text.AlignVCenter
             wrapMode: Text.WordWrap
             textFormat: Text.RichText
             color: Theme.softText
             font.family: fontfamily
-            font.pixelSize: 16
+            font.pixelSize: 17
             text: qsTr("This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>")
 
             Accessible.role: Accessible.StaticText
@@ -64,7 +70,7 @@ Layer {
         Row {
             id: btnRow
 
-            anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+            anchors { bottom: parent.bottom; right: parent.right }
             spacing: 10
 
             CButton {
@@ -107,12 +113,11 @@ Layer {
     Item {
         id: graphicsSettingsScreen
 
-        anchors { fill: parent; margins: margin; topMargin: 10 }
+        anchors.fill: firstScreen
         visible: false
 
         Text {
             anchors { left: parent.left; right: parent.right; top: parent.top; bottom: btnRow2.top; bottomMargin: 10 }
-            verticalAlignment: Text.AlignVCenter
             wrapMode: Text.WordWrap
             textFormat: Text.RichText
             color: Theme.softText
@@ -132,7 +137,7 @@ Layer {
         Row {
             id: btnRow2
 
-            anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+            anchors { bottom: parent.bottom; right: parent.right }
             spacing: 10
 
             CButton {

@@ -29,55 +29,51 @@ Pressable {
 
     onActivated: submit()
 
-    Rectangle {
+    Plate {
         id: btn
 
-        anchors.fill: parent
-        radius: 3
+        rounding: 3
         clip: true
         color: mouseArea.isDown ? Theme.pressed
              : mouseArea.isOver ? Theme.hovered
              : Colors.secondary900
+    }
 
-        Rectangle {
-            id: overlay
+    Plate {
+        id: overlay
 
-            anchors.fill: parent
-            radius: btn.radius
-            color: Theme.gloss
-            opacity: 0.2
-            visible: mouseArea.isOver && !mouseArea.isDown
+        rounding: 3
+        color: Theme.gloss
+        opacity: 0.2
+        visible: mouseArea.isOver && !mouseArea.isDown
+    }
+
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: 8
+
+        Text {
+            anchors.baseline: label.baseline
+            visible: root.icon !== ""
+            color: Theme.text
+            font.family: fontAwesome.name
+            font.pixelSize: root.isSmall ? 14 : 17
+            text: root.icon
         }
 
-        Row {
-            id: content
+        Text {
+            id: label
 
-            anchors.centerIn: parent
-            spacing: 8
-
-            Text {
-                anchors.baseline: label.baseline
-                visible: root.icon !== ""
-                color: Theme.text
-                font.family: fontAwesome.name
-                font.pixelSize: root.isSmall ? 14 : 17
-                text: root.icon
-            }
-
-            Text {
-                id: label
-
-                color: Theme.text
-                font.family: fontfamily
-                font.pixelSize: root.isSmall ? 14 : 16
-                text: root.btnText
-            }
+            color: Theme.text
+            font.family: fontfamily
+            font.pixelSize: root.isSmall ? 14 : 16
+            text: root.btnText
         }
+    }
 
-        PressArea {
-            id: mouseArea
-
-            control: root
-        }
+    PressArea {
+        id: mouseArea
     }
 }

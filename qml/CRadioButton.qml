@@ -14,7 +14,7 @@ Pressable {
     signal clicked()
 
     isBlocked: isDisabled
-    ringMargin: -5
+    ringReach: 5
     color: Theme.glass
     height: 35
     width: Math.ceil(buttonContent.width) + 20
@@ -31,12 +31,11 @@ Pressable {
         clicked();
     }
 
-    Rectangle {
+    Plate {
         id: whiteHover
 
-        anchors.fill: parent
-        anchors.margins: -3
-        radius: 3
+        reach: 3
+        rounding: 3
         color: Theme.gloss
         opacity: buttonMouse.isDown ? 0.1 : 0.2
         visible: buttonMouse.isOver

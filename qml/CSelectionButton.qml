@@ -27,21 +27,16 @@ Pressable {
     Accessible.role: Accessible.Button
     Accessible.name: text.trim()
 
-
     onActivated: clicked()
 
-    Rectangle {
-        anchors.fill: parent
-        radius: 5
+    Plate {
         smooth: true
         color: root.btnColor
     }
 
-    Rectangle {
+    Plate {
         id: whiteHover
 
-        anchors.fill: parent
-        radius: 5
         color: Theme.gloss
         opacity: 0.2
         visible: buttonMouse.isOver && !buttonMouse.isDown

@@ -39,11 +39,9 @@ Pressable {
         toolTipTxt: checkbox.toolTipText
     }
 
-    Rectangle {
+    Plate {
         id: whiteHover
 
-        anchors.fill: parent
-        radius: 5
         color: Theme.gloss
         opacity: checkbox.isPressed ? 0.1 : 0.2
         visible: checkbox.isHovered
@@ -65,11 +63,10 @@ Pressable {
             font.pixelSize: 16
             text: checkbox.isToggled ? checkbox.checkMark : ""
 
-            Rectangle {
-                anchors.fill: parent
-                radius: 3
+            Plate {
+                rounding: 3
                 color: "transparent"
-                border.width: 2
+                line: 2
                 border.color: Theme.outline
             }
         }

@@ -4,7 +4,7 @@ import "theme.js" as Theme
 
 // Tells that the display's refresh rate is too low to write on, and shows what that looks like. The
 // animations are in memory only while it is open, one picture of each at a time.
-Layer {
+Dialog {
     id: root
 
     readonly property bool isPlaying: visible && Window.visibility !== Window.Hidden
@@ -14,10 +14,9 @@ Layer {
         console.log("show freq warning popup width: " + popup.width + " ht: " + popup.height);
     }
 
+    title: qsTr("Refresh Rate")
     first: okControl
-    color: Theme.scrim
 
-    Accessible.role: Accessible.Dialog
     Accessible.name: message.text
 
     onEscaped: close()
@@ -25,16 +24,13 @@ Layer {
     Rectangle {
         id: popup
 
-        anchors.centerIn: parent
-        width: Math.ceil(Math.max(rates.width, notice.width + 20 + okBtn.width)) + 40
-        height: Math.ceil(rates.height + notice.height) + 30
-        radius: 5
-        color: Theme.raised
+        anchors { fill: parent; topMargin: 20; bottomMargin: root.contentBottom; leftMargin: 20; rightMargin: 20 }
+        color: "transparent"
 
         Row {
             id: rates
 
-            anchors { top: parent.top; topMargin: 10; horizontalCenter: parent.horizontalCenter }
+            anchors { top: parent.top; horizontalCenter: parent.horizontalCenter }
             spacing: 25
 
             Column {
@@ -95,8 +91,8 @@ Layer {
         Row {
             id: notice
 
-            anchors { bottom: parent.bottom; bottomMargin: 10; left: parent.left; leftMargin: 20 }
-            spacing: 10
+            anchors { bottom: parent.bottom; left: parent.left }
+            spacing: 20
 
             Image {
                 id: name
@@ -124,7 +120,7 @@ Layer {
         Image {
             id: okBtn
 
-            anchors { bottom: parent.bottom; bottomMargin: 10; right: parent.right; rightMargin: 20 }
+            anchors { bottom: parent.bottom; right: parent.right }
             width: 80
             height: 35
             source: "qrc:///qml/okbtn.png"

@@ -10,7 +10,7 @@ Rectangle {
     id: pressable
 
     property bool isBlocked: false
-    property int ringMargin: -3
+    property int ringReach: 3 // px of the mark beyond the control
     property bool isMarked: false // where the keyboard is, once a key was pressed
 
     signal activated()
@@ -55,7 +55,7 @@ Rectangle {
     onActiveFocusChanged: isMarked = activeFocus && Keyboard.isUsed
 
     FocusRing {
-        anchors.margins: pressable.ringMargin
+        reach: pressable.ringReach
         z: 1
     }
 }

@@ -11,7 +11,6 @@ var line = "#4c6580"; // around and between what is raised
 var hovered = "#005896"; // a button below the mouse, darker so that a lighter layer can lie on it
 var pressed = "#004270";
 var dimmed = "#9fb0c2"; // text that can not be chosen now
-var scrim = "#121a23"; // around a dialog that covers the window
 var disabledOpacity = 0.6;
 
 // What is written and drawn.

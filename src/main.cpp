@@ -10,6 +10,7 @@
 #include "ipc/runguard.h"
 #include "settings/filehelper.h"
 #include "settings/globalsettings.h"
+#include "ui/errorbox.h"
 #include "ui/looks.h"
 #include "ui/mainwindow.h"
 
@@ -17,7 +18,6 @@
 #include <QDebug>
 #include <QIcon>
 #include <QLocale>
-#include <QMessageBox>
 #include <QQuickWindow>
 #include <QTextCodec>
 #include <QTranslator>
@@ -68,9 +68,7 @@ void chooseRenderer()
 /// Tells that the program runs already, and lets the copy that does show its window.
 void giveWay(const QByteArray& startupId)
 {
-    QMessageBox::critical(nullptr, QStringLiteral("Error"),
-                          QStringLiteral("Vireon application is already running."), QMessageBox::Ok,
-                          QMessageBox::NoButton);
+    showErrorBox(QStringLiteral("Error"), QStringLiteral("Vireon application is already running."));
     ApplicationService::activateOther(startupId);
 }
 
@@ -85,6 +83,7 @@ void prepareApplication()
     // The window only hides when it is closed, and must never hold up the end of a session.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
+    unifyFonts();
     applyLooks();
     chooseRenderer();
 }
@@ -95,7 +94,6 @@ bool start(QTranslator& translator)
 {
     qDebug() << "Start vireon-main";
     installTranslation(translator);
-    unifyFonts();
     qDebug() << "Create MainWindow";
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");

@@ -7,6 +7,10 @@
         <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
         <translation>Die automatische Kalibrierung hängt von der Art Ihrer Projektionsfläche und vom Umgebungslicht ab. Wenn danach die Genauigkeit nicht ausreicht, führen Sie bitte eine manuelle Kalibrierung durch: Sie ist unter allen Bedingungen zuverlässig.</translation>
     </message>
+    <message>
+        <source>Auto Calibration</source>
+        <translation>Automatische Kalibrierung</translation>
+    </message>
 </context>
 <context>
     <name>AspectRatioWarningView</name>
@@ -45,6 +49,10 @@
     <message>
         <source>Close this dialog</source>
         <translation>Dialog schließen</translation>
+    </message>
+    <message>
+        <source>Aspect Ratio</source>
+        <translation>Seitenverhältnis</translation>
     </message>
 </context>
 <context>
@@ -103,6 +111,10 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>Refresh Rate</source>
+        <translation>Bildwiederholrate</translation>
     </message>
 </context>
 <context>

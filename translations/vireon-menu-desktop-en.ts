@@ -7,6 +7,10 @@
         <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
         <translation>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</translation>
     </message>
+    <message>
+        <source>Auto Calibration</source>
+        <translation>Auto Calibration</translation>
+    </message>
 </context>
 <context>
     <name>AspectRatioWarningView</name>
@@ -45,6 +49,10 @@
     <message>
         <source>Close this dialog</source>
         <translation>Close this dialog</translation>
+    </message>
+    <message>
+        <source>Aspect Ratio</source>
+        <translation>Aspect Ratio</translation>
     </message>
 </context>
 <context>
@@ -103,6 +111,10 @@ at 60Hz refresh rate or more.</translation>
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>Refresh Rate</source>
+        <translation>Refresh Rate</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,10 @@
         <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
         <translation>自動キャリブレーションの結果は、スクリーンの種類や周囲の明るさに左右されます。自動キャリブレーション後の精度が十分でない場合は、どのような環境でも確実な手動キャリブレーションをやり直してください。</translation>
     </message>
+    <message>
+        <source>Auto Calibration</source>
+        <translation>自動キャリブレーション</translation>
+    </message>
 </context>
 <context>
     <name>AspectRatioWarningView</name>
@@ -45,6 +49,10 @@
     <message>
         <source>Close this dialog</source>
         <translation>このダイアログを閉じる</translation>
+    </message>
+    <message>
+        <source>Aspect Ratio</source>
+        <translation>画面の縦横比</translation>
     </message>
 </context>
 <context>
@@ -103,6 +111,10 @@ at 60Hz refresh rate or more.</source>
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>Refresh Rate</source>
+        <translation>リフレッシュレート</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "ui/viewcolours.h"
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QMenuBar>
 #include <QPalette>
 #include <QStyle>
@@ -25,12 +26,12 @@ QMenu::item { padding: 0.6em 2em 0.6em 1em; border-radius: 3px; }
 QMenu::item:selected { background: @secondary900@; }
 QMenu::item:disabled { color: @dimmed@; }
 QMenu::separator { height: 1px; background: @line@; margin: 0.3em 1em; }
-QPushButton { background: @secondary900@; color: white; border: 2px solid transparent;
-              border-radius: 3px; padding: 0.5em 1.5em; min-width: 4em; }
-QPushButton:hover { background: @hovered@; border-color: @secondary500@; }
-QPushButton:pressed { background: @pressed@; }
-QPushButton:focus { border-color: white; }
-QPushButton:disabled { background: @raised@; color: @dimmed@; }
+QDialog QPushButton { background: @secondary900@; color: white; border: 2px solid transparent;
+                      border-radius: 3px; padding: 0.5em 1.5em; min-width: 4em; }
+QDialog QPushButton:hover { background: @hovered@; border-color: @secondary500@; }
+QDialog QPushButton:pressed { background: @pressed@; }
+QDialog QPushButton:focus { border-color: white; }
+QDialog QPushButton:disabled { background: @raised@; color: @dimmed@; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QToolTip { background: @raised@; color: white; border: 1px solid @line@; }
 )";
@@ -86,6 +87,17 @@ QPalette palette()
     return result;
 }
 
+/// The typeface of the views, in the desktop's size. Made anew each time, since a font keeps the
+/// density under which it was made.
+QFont font()
+{
+    const QFont present = QApplication::font();
+    const qreal points = present.pointSizeF(); // -1 if its size is given in px
+    QFont result(QStringLiteral("Helvetica"));
+    result.setPointSizeF(points > 0 ? points : QFontInfo(present).pointSizeF());
+    return result;
+}
+
 QString styleSheet()
 {
     QString text = QLatin1String(sheet);
@@ -101,6 +113,13 @@ void applyLooks()
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(palette());
+    QApplication::setFont(font());
+    qApp->setStyleSheet(styleSheet());
+}
+
+void refreshLooks()
+{
+    QApplication::setFont(font());
     qApp->setStyleSheet(styleSheet());
 }
 

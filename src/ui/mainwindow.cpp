@@ -8,9 +8,11 @@
 #include "ipc/runguard.h"
 #include "settings/brand.h"
 #include "settings/globalsettings.h"
+#include "ui/errorbox.h"
 #include "ui/firmwareprompt.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
+#include "ui/looks.h"
 #include "ui/mapwatch.h"
 #include "ui/messagechannel.h"
 #include "ui/mywidget.h"
@@ -27,9 +29,9 @@
 #include <QFile>
 #include <QIcon>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QQmlContext>
 #include <QQmlError>
+#include <QQuickItem>
 #include <QThread>
 #include <QTimer>
 #include <QUrl>
@@ -191,6 +193,16 @@ void MainWindow::createWindow()
     frame->centre();
     window->setVisible(isBrand(GS::instance()->brand, Brand::Tal));
     windowSize = window->size();
+    // Queued: the height is the last of what follows the desktop's text size.
+    if (const QQuickItem* root = rootObject())
+        connect(root, &QQuickItem::heightChanged, this, &MainWindow::fitWindow,
+                Qt::QueuedConnection);
+}
+
+void MainWindow::fitWindow()
+{
+    refreshLooks();
+    windowSize = frame->refit(*container, rootObject()->size().toSize());
 }
 
 void MainWindow::installMenuBar()
@@ -232,9 +244,7 @@ void MainWindow::showViewError()
     if (trayIcon)
         trayIcon->hide();
     hide();
-    QMessageBox box(QMessageBox::Critical, appTitle, viewError);
-    box.setWindowFlag(Qt::WindowStaysOnTopHint);
-    box.exec();
+    showErrorBox(appTitle, viewError);
 }
 
 // --- Menus and their pages --------------------------------------------------------------------

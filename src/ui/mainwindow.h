@@ -197,6 +197,7 @@ private:
     void loadView();
     void writeInitialProperties(const QString& versionText);
     void createWindow();
+    void fitWindow(); ///< around the view, whose size follows the desktop's text size
     void installMenuBar();
     void applyPointerMode();
     void connectStatusSources();

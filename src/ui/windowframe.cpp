@@ -20,6 +20,16 @@ QVector<QRect> screenGeometries()
     return geometries;
 }
 
+/// @p place, moved into @p area as far as needed: its upper left corner is in there in any case.
+QRect moved(QRect place, const QRect& area)
+{
+    place.moveRight(std::min(place.right(), area.right()));
+    place.moveBottom(std::min(place.bottom(), area.bottom()));
+    place.moveLeft(std::max(place.left(), area.left()));
+    place.moveTop(std::max(place.top(), area.top()));
+    return place;
+}
+
 } // namespace
 
 WindowFrame::WindowFrame(QWidget& itsWindow)
@@ -43,6 +53,18 @@ void WindowFrame::installMenuBar(QMenuBar& bar, const QSize& size)
     // Without this the menu bar's height would raise the minimum above the fixed size.
     layout->setSizeConstraint(QLayout::SetNoConstraint);
     window.setFixedSize(size);
+}
+
+QSize WindowFrame::refit(QWidget& content, const QSize& size)
+{
+    const QSize before = window.size();
+    content.setMinimumSize(size);
+    window.setFixedSize(size.width(), size.height() + menuBarHeight());
+    const QSize half = (window.size() - before) / 2;
+    window.move(window.pos() - QPoint(half.width(), half.height()));
+    if (const QScreen* screen = window.screen())
+        window.move(moved(window.frameGeometry(), screen->availableGeometry()).topLeft());
+    return window.size();
 }
 
 void WindowFrame::centre()

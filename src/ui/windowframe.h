@@ -10,8 +10,9 @@ class QWidget;
 /**
  * Size and place of the top-level window around the main view.
  *
- * The window has one fixed size, which the view fills but for the menu bar. It stands in the
- * middle of the primary screen until the user moves it. GUI thread only.
+ * The window has one fixed size, which the view fills but for the menu bar; it is another one as
+ * soon as the desktop's text size is. It stands in the middle of the primary screen until the user
+ * moves it. GUI thread only.
  */
 class WindowFrame
 {
@@ -24,6 +25,10 @@ public:
 
     /// Puts the menu bar into the room that was left for it, and fixes the window's @p size in px.
     void installMenuBar(QMenuBar& bar, const QSize& size);
+
+    /// Fixes the size anew, around content that has become @p size px large. The window keeps its
+    /// middle, or moves as far as it takes for all of it to be on its screen. Returns the new size.
+    QSize refit(QWidget& content, const QSize& size);
 
     /// Moves the window into the middle of the primary screen; without a screen, does nothing.
     void centre();

@@ -4,7 +4,7 @@ import subprocess
 
 import pytest
 
-from rig import HANDS, views, wait_for
+from rig import HANDS, step, views, wait_for
 
 READY = "Started and ready"
 AUTOSTART, CPU_STATE, RATIO_WARNED, ADVICE_WANTED = 2, 4, 13, 14  # lines of the user's settings
@@ -177,13 +177,13 @@ def test_keep_awake(install, hand):
     assert app.log_count(" Disabled Processor idle state") == 1
 
 
-def test_tooltip_shows_under_mouse_and_keyboard(ready, directory):
+def test_tooltip_shows_under_the_mouse_only(ready, directory):
     ready.click("Settings")
     item = ready.wait_for_control("Optimize USB bandwidth")
     assert "Uses more power" in item.description
 
     def seen():
-        return picture(ready, directory / "picture.png", item, 60, 10)
+        return picture(ready, directory / "picture.png", item, item.width + 20, -60)
     ready.desktop.run("xdotool", "mousemove", 5, 5)  # away from what it has clicked
     wait_for(lambda: ready.focused() == "Back", what="the keyboard at Back")
     # At rest: what the mouse has left fades out.
@@ -192,10 +192,12 @@ def test_tooltip_shows_under_mouse_and_keyboard(ready, directory):
     wait_for(lambda: seen() != without, what="the tooltip")
     ready.desktop.run("xdotool", "mousemove", 5, 5)
     wait_for(lambda: seen() == without, what="an end of the tooltip")
-    ready.key("Tab", "Tab")
-    wait_for(lambda: seen() != without, what="the tooltip")
-    ready.key("Tab")
-    wait_for(lambda: ready.focused() == "Sensor Viewer", what="the keyboard further on")
+    # A screen reader says what it says; on its way the keyboard does not bring it up.
+    step(ready, "Tab")
+    assert step(ready, "Tab") == "Optimize USB bandwidth"
+    for _ in range(3):
+        assert seen() == without
+    assert step(ready, "Tab") == "Sensor Viewer"
 
 
 def test_rate_warning(slow_screen, ready, hand):

@@ -3,9 +3,11 @@
 import re
 
 import pytest
+from PIL import Image
 
 from rig import wait_for
 
+BAD = (0xff, 0x8a, 0x80)  # the colour of what has failed
 LEFTOVERS = ("fifo1", "fifo2", "refifo")
 
 
@@ -70,6 +72,22 @@ def test_second_copy_says_so_and_leaves(install):
     third.wait_until_shows("Started and ready")
 
 
+def test_box_of_a_second_copy_is_ours_and_on_top(install, desktop, directory):
+    first = install(scenario="unwritten\n").start()
+    wait_for(lambda: len(first.windows()) == 2, what="the window and the splash over it")
+    second = install(home=first.home, environment={"TMPDIR": str(first.temporary)}).start()
+    second.wait_until_shows("Vireon application is already running.")
+    (box,) = wait_for(second.windows, what="the box")
+    assert desktop.windows()[-1] == box
+    assert len(first.windows()) == 2, "the splash is still there"
+    icons = {window: desktop.run("xprop", "-id", window, "32c", "_NET_WM_ICON")
+             for window in (box, first.windows()[0])}
+    assert "not found" not in icons[box] and len(set(icons.values())) == 1
+    assert BAD in colours(second, directory / "box.png", box)
+    second.key("Return")
+    assert second.wait() == 0
+
+
 @pytest.mark.parametrize("locale, code", [("C", "C"), ("ja_JP.UTF-8", "ja")])
 def test_asks_for_the_translation_of_the_locale(install, locales, locale, code):
     app = install(environment={"LANG": locale, "LOCPATH": str(locales)}).start()
@@ -99,6 +117,13 @@ def test_home_with_letters_of_all_kinds(install, directory, locales, locale, nam
     wait_for(lambda: app.log_count(r"statuslistener\s+\"?0") == 2, what="ready again")
     app.quit()
     assert app.output().splitlines()[0] == f"directory {app.data} "
+
+
+def colours(app, path, window):
+    """The colours of which a window shows much."""
+    app.desktop.run("import", "-window", window, path)
+    return {colour for count, colour in Image.open(path).convert("RGB").getcolors(1 << 20)
+            if count > 200}
 
 
 def state_of(directory):

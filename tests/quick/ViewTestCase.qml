@@ -7,6 +7,7 @@ TestCase {
 
     // What a control finds in the main view that it lies in.
     property bool buttonsDisabled: false
+    property real factor: 1
     property bool isLoading: false
     property bool isReady: false
     property int margin: 20

@@ -473,11 +473,42 @@ ViewTestCase {
         compare(clicks.count, 1);
     }
 
-    function test_scrim() {
-        view.showFreqPopup();
-        var warning = find(view, function(item) { return item.isPlaying !== undefined; });
-        verify(Qt.colorEqual(warning.color, "#121a23"));
-        compareValues(warning, { width: view.baseWidth, height: 240 });
+    // --- One family ---------------------------------------------------------------------------
+
+    function openDialog(name) {
+        ({ "advice": view.showPopUp, "rate": view.showFreqPopup, "ratio": warnOfRatio })[name]();
+        wait(20);
+        return find(view, function(item) { return item.isOpen === true; });
+    }
+
+    function test_dialogsAreOfOneFamily_data() {
+        return [
+            { tag: "advice", title: "Auto Calibration", covers: "transparent" },
+            { tag: "rate", title: "Refresh Rate", covers: "#1d2733" },
+            { tag: "ratio", title: "Aspect Ratio", covers: "#1d2733" }
+        ];
+    }
+
+    function test_dialogsAreOfOneFamily(row) {
+        var dialog = openDialog(row.tag);
+        compareValues(dialog, { width: view.baseWidth, height: 240, title: row.title });
+        // No edge below the menu bar, which has the same colour, and nothing of what is covered.
+        verify(Qt.colorEqual(dialog.color, row.covers));
+        verify(row.covers !== "transparent" || !control(view, "Cancel").parent.visible
+               || !isShown(find(view, function(item) { return item.btnText === "Manual Calibration"; })));
+        var card = find(dialog, function(item) { return item.rounding === 5 && item.reach === -5; });
+        verify(Qt.colorEqual(card.color, "#2c3d50"));
+        compareValues(card, { x: 5, y: 5, width: Math.round((view.baseWidth - 10) * view.factor),
+                              height: Math.round(230 * view.factor) });
+        var title = textItem(dialog, row.title);
+        compare(title.mapToItem(dialog, 0, 0), Qt.point(20, 9));
+        compare(title.Accessible.role, Accessible.Heading);
+        var picture = find(dialog, function(item) { return item.source !== undefined && item.width === 40; });
+        compare(picture.mapToItem(dialog, 0, 0).x, 20);
+        findAll(dialog, function(item) { return item.activeFocusOnTab && isShown(item) && item.btnText !== undefined; })
+            .forEach(function(item) {
+            compare(item.mapToItem(dialog, 0, 0).y, 190, item.btnText);
+        });
     }
 
     function test_warningsSwallowWhatIsBelow() {

@@ -10,6 +10,7 @@ ViewTestCase {
     readonly property var densities: [96, 120, 144, 192]
     property int dpi: 96
     property var view
+    property size frame // what the window shows of the view, in px
 
     readonly property var scenes: [
         { tag: "01-starting", show: function() {} },
@@ -107,10 +108,16 @@ ViewTestCase {
     function recreate() {
         view.destroy();
         view = create("main");
-        view.logicalPixelDensity = view.basePixelDensity * dpi / 96;
+        scale();
         view.versionText = "1.4.121";
         view.status = 1;
         view.finishedLoading = true;
+    }
+
+    // The window takes its size from the view there and then, and keeps it.
+    function scale() {
+        view.logicalPixelDensity = view.basePixelDensity * dpi / 96;
+        frame = Qt.size(view.width, view.height);
     }
 
     function visibleOnes(matches) {
@@ -185,8 +192,8 @@ ViewTestCase {
         });
         boxes().concat(texts).forEach(function(item) {
             var area = box(item);
-            verify(area.x >= 0 && area.right <= view.baseWidth, describe(item));
-            verify(area.y >= 0 && area.bottom <= view.baseHeight, describe(item));
+            verify(area.x >= 0 && area.right * view.factor <= frame.width, describe(item));
+            verify(area.y >= 0 && area.bottom * view.factor <= frame.height, describe(item));
             if (item.font !== undefined) {
                 verify(!item.truncated, describe(item));
                 verify(item.contentWidth <= item.width + 0.5, describe(item));
@@ -203,7 +210,7 @@ ViewTestCase {
         });
         if (tooltip && isShown(tooltip)) {
             all = all.filter(function(item) { return item.parent !== tooltip; }).concat(tooltip);
-            verify(box(tooltip).right <= view.baseWidth, describe(tooltip));
+            verify(box(tooltip).right * view.factor <= frame.width, describe(tooltip));
         }
         for (var i = 0; i < all.length; ++i) {
             for (var j = i + 1; j < all.length; ++j) {
@@ -243,7 +250,7 @@ ViewTestCase {
         language.choose("en_US");
         dpi = 96;
         view = createMain();
-        view.logicalPixelDensity = view.basePixelDensity;
+        scale();
         scene.show();
         wait(20);
         var texts = visibleOnes(function(item) {
@@ -260,6 +267,36 @@ ViewTestCase {
             compare(opacityOf(item) < 1, isDisabled(item), describe(item));
         });
         mouseRelease(testCase, 1, 1);
+    }
+
+    function test_cornersAndLinesAreSharp_data() {
+        return densities.map(function(dpi) { return { tag: dpi, dpi: dpi }; });
+    }
+
+    // As if drawn at this density, and not enlarged: even around a corner, and as thick on each side.
+    function test_cornersAndLinesAreSharp(row) {
+        language.choose("en_US");
+        dpi = row.dpi;
+        view = createMain();
+        scale();
+        report(view, 0);
+        wait(20);
+        var shown = camera.take(testCase);
+        verify(shown.isRounded(pixels(selection(1), 0), 5 * view.factor), "a quiet button");
+        verify(shown.isRounded(pixels(button(0), 0), 3 * view.factor), "a button");
+        button(0).forceActiveFocus();
+        keyClick(Qt.Key_Shift);
+        wait(20);
+        shown = camera.take(testCase);
+        verify(shown.isFramed(pixels(button(0), 3), Math.round(2 * view.factor)), "the mark of the keyboard");
+    }
+
+    // Where an item is in the picture, with so many base px around it.
+    function pixels(item, around) {
+        var corner = item.mapToItem(testCase, -around, -around);
+        return Qt.rect(Math.round(corner.x), Math.round(corner.y),
+                       Math.round((item.width + 2 * around) * view.factor),
+                       Math.round((item.height + 2 * around) * view.factor));
     }
 
     function test_everythingFits_data() {
@@ -279,9 +316,10 @@ ViewTestCase {
         verify(language.choose(row.locale));
         dpi = row.dpi;
         view = createMain();
-        view.logicalPixelDensity = view.basePixelDensity * dpi / 96;
+        scale();
         row.scene.show();
         compare(view.height, view.baseHeight * row.dpi / 96);
+        compare(view.width, frame.width, "the window would cut off the rest");
         verify(view.width <= testCase.width);
         wait(20); // for rows and columns to arrange what has just come to light
         checkBounds();

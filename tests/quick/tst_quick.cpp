@@ -10,12 +10,14 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QPainter>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickItemGrabResult>
 #include <QQuickWindow>
 #include <QSignalSpy>
+#include <QtMath>
 #include <QtQuickTest>
 #include <QTranslator>
 #include <QWindow>
@@ -120,6 +122,57 @@ public:
     Q_INVOKABLE bool equals(QObject* other) const
     {
         return image == qobject_cast<Picture*>(other)->image;
+    }
+
+    /// Whether what fills @p area, on one colour, has corners as smooth as if just painted.
+    Q_INVOKABLE bool isRounded(const QRectF& area, double radius) const
+    {
+        const QRect place = area.toRect();
+        const QColor around = image.pixelColor(place.topLeft() - QPoint(2, 2));
+        const QColor fill = image.pixelColor(place.center().x(), place.top() + 2);
+        QImage wanted(place.size(), QImage::Format_RGB32);
+        wanted.fill(around);
+        QPainter painter(&wanted);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(fill);
+        painter.drawRoundedRect(wanted.rect(), radius, radius);
+        painter.end();
+        const QImage shown = image.copy(place).convertToFormat(QImage::Format_RGB32);
+        const double step = qAbs(luminance(fill) - luminance(around));
+        const int edge = qCeil(radius);
+        for (int y = 0; y < edge; ++y) {
+            for (int x = 0; x < edge; ++x) {
+                for (const QPoint& pixel : {QPoint(x, y), QPoint(place.width() - 1 - x, y),
+                                            QPoint(x, place.height() - 1 - y)}) {
+                    const double difference =
+                        luminance(shown.pixelColor(pixel)) - luminance(wanted.pixelColor(pixel));
+                    if (qAbs(difference) > 0.5 * step)
+                        return false;
+                }
+            }
+        }
+        return fill != around;
+    }
+
+    /// Whether a line of this thickness, and no other, lies inside each edge of @p area.
+    Q_INVOKABLE bool isFramed(const QRectF& area, int thickness) const
+    {
+        const QRect place = area.toRect();
+        const QPoint middle = place.center();
+        const QVector<QPair<QPoint, QPoint>> edges {
+            {QPoint(middle.x(), place.top()), QPoint(0, 1)},
+            {QPoint(middle.x(), place.bottom()), QPoint(0, -1)},
+            {QPoint(place.left(), middle.y()), QPoint(1, 0)},
+            {QPoint(place.right(), middle.y()), QPoint(-1, 0)}};
+        for (const auto& [begin, inwards] : edges) {
+            for (int i = -1; i <= thickness; ++i) {
+                const bool isLine = image.pixelColor(begin + i * inwards) == QColor(Qt::white);
+                if (isLine != (i >= 0 && i < thickness))
+                    return false;
+            }
+        }
+        return true;
     }
 
 private:

@@ -17,8 +17,9 @@ from .notifications import NotificationService
 from .processes import adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
+from .textsize import TextSize
 from .twoscreens import TwoScreens
 
 __all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
-           "NotificationService", "Subject", "TwoScreens", "adopt_orphans", "is_running",
-           "memory_of", "stage", "step", "wait_for"]
+           "NotificationService", "Subject", "TextSize", "TwoScreens", "adopt_orphans",
+           "is_running", "memory_of", "stage", "step", "wait_for"]

@@ -224,6 +224,13 @@ class App:
     def wait_until_hidden(self):
         processes.wait_for(lambda: not self.windows(), what="a hidden window")
 
+    def place(self):
+        """Where its topmost window is, without the frame: (x, y, width, height) in px."""
+        window = processes.wait_for(self.windows, what="a window")[-1]
+        told = self.desktop.run("xwininfo", "-id", window)
+        return tuple(int(re.search(rf"{name}: +(-?\d+)", told).group(1)) for name in
+                     ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+
     def _is_active(self):
         """Whether one of its windows is the active one."""
         return self.desktop.active_window() in self.windows()

@@ -18,7 +18,7 @@ namespace {
 constexpr int fingerHeight = 35; // px at 96 dpi
 
 /// A text of these covers its pixels wholly, so that its colour can be read off a picture.
-const QString blocks = QStringLiteral("\u2588\u2588\u2588\u2588");
+const QString blocks = QString(8, QChar(0x2588));
 
 const QRect area(0, 0, 150, 40);
 
@@ -125,15 +125,16 @@ void TestLooks::entriesAreHighEnoughForAFinger()
     QMenu menu;
     QAction* inMenu = menu.addAction(QStringLiteral("Hide"));
     menu.show();
-    QPushButton button(QStringLiteral("OK"));
+    QMessageBox box(QMessageBox::Critical, QString(), QString(), QMessageBox::Ok);
     QVERIFY(bar.actionGeometry(inBar).height() >= fingerHeight);
     QVERIFY(menu.actionGeometry(inMenu).height() >= fingerHeight);
-    QVERIFY(button.sizeHint().height() >= fingerHeight);
+    QVERIFY(box.button(QMessageBox::Ok)->sizeHint().height() >= fingerHeight);
 }
 
 void TestLooks::buttonStatesDiffer()
 {
-    const QPushButton button;
+    QDialog dialog;
+    const QPushButton button(&dialog);
     const auto picture = [&](QStyle::State state) {
         QStyleOptionButton option;
         option.rect = area;

@@ -36,6 +36,9 @@ private slots:
     void menuBarTakesTheRoomThatWasLeft();
     void sizeIsFixed();
     void menuBarsHeightDoesNotRaiseTheSize();
+    void sizeIsFixedAnewAroundTheMiddle();
+    void grownWindowIsMovedOntoItsScreen_data();
+    void grownWindowIsMovedOntoItsScreen();
     void windowIsCentred_data();
     void windowIsCentred();
     void withoutAScreenNothingMoves();
@@ -125,6 +128,45 @@ void TestWindowFrame::menuBarsHeightDoesNotRaiseTheSize()
     window->show();
     QCOMPARE(window->minimumSize(), size);
     QCOMPARE(window->size(), size);
+}
+
+void TestWindowFrame::sizeIsFixedAnewAroundTheMiddle()
+{
+    auto* bar = new QMenuBar;
+    bar->addMenu("File");
+    frame->installMenuBar(*bar, window->size());
+    window->move(200, 150);
+    window->show();
+    const QSize grown(400, 300 + menuBarHeight());
+    QCOMPARE(frame->refit(*content, QSize(400, 300)), grown);
+    QCOMPARE(window->size(), grown);
+    QCOMPARE(window->minimumSize(), grown);
+    QCOMPARE(window->maximumSize(), grown);
+    QCOMPARE(content->geometry(), QRect(0, menuBarHeight(), 400, 300));
+    QCOMPARE(window->pos(), QPoint(150, 100));
+    frame->refit(*content, QSize(300, 200));
+    QCOMPARE(window->size(), QSize(300, 200 + menuBarHeight()));
+    QCOMPARE(window->pos(), QPoint(200, 150));
+}
+
+void TestWindowFrame::grownWindowIsMovedOntoItsScreen_data()
+{
+    QTest::addColumn<QPoint>("before");
+    QTest::addColumn<QPoint>("after");
+    const QPoint last(screen().right() - 399, screen().bottom() - 100 - 299 - menuBarHeight());
+    QTest::newRow("upper left") << QPoint(10, 20) << QPoint(0, 0);
+    QTest::newRow("right") << QPoint(screen().right() - 310, 150) << QPoint(last.x(), 100);
+    QTest::newRow("below, over a panel")
+        << QPoint(200, screen().bottom() - 310) << QPoint(150, last.y());
+}
+
+void TestWindowFrame::grownWindowIsMovedOntoItsScreen()
+{
+    QFETCH(QPoint, before);
+    QFETCH(QPoint, after);
+    window->move(before);
+    frame->refit(*content, QSize(400, 300));
+    QCOMPARE(window->pos(), after);
 }
 
 // --- Place ------------------------------------------------------------------------------------
