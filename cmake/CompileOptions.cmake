@@ -20,3 +20,11 @@ if(VIREON_SANITIZERS)
         add_compile_options(-fno-sanitize=vptr)
     endif()
 endif()
+
+# What ships is linked with this too: Debian's hardening. The sanitizers look deeper than it.
+add_library(vireon-hardening INTERFACE)
+if(NOT VIREON_SANITIZERS)
+    target_compile_options(vireon-hardening INTERFACE
+        $<$<CONFIG:Release>:-fstack-protector-strong -D_FORTIFY_SOURCE=2>)
+    target_link_options(vireon-hardening INTERFACE -Wl,-z,relro,-z,now)
+endif()

@@ -42,6 +42,6 @@ function(vireon_compile_views variable resourceFile)
             "${input}" -o "${loader}"
         DEPENDS "${input}"
         VERBATIM)
-    qt5_add_resources(resources "${filteredFile}")
+    qt5_add_resources(resources "${filteredFile}" OPTIONS ${VIREON_RESOURCE_OPTIONS})
     set(${variable} ${sources} "${loader}" ${resources} PARENT_SCOPE)
 endfunction()

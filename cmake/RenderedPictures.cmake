@@ -28,7 +28,7 @@ function(vireon_render_pictures sourcesVariable filesVariable)
     set(resourceFile "${CMAKE_CURRENT_BINARY_DIR}/pictures.qrc")
     file(CONFIGURE OUTPUT "${resourceFile}" @ONLY CONTENT
         "<RCC><qresource prefix=\"/qml\">\n@entries@\n</qresource></RCC>\n")
-    qt5_add_resources(sources "${resourceFile}")
+    qt5_add_resources(sources "${resourceFile}" OPTIONS ${VIREON_RESOURCE_OPTIONS})
     set(${sourcesVariable} ${sources} PARENT_SCOPE)
     set(${filesVariable} ${files} PARENT_SCOPE)
 endfunction()

@@ -25,6 +25,21 @@ missing_of() {
     packages_of "$@" | grep -vxF "$installed" || true
 }
 
+# leave_out_unknown: takes out of "missing" what this release of Debian does not have and can be done
+# without.
+leave_out_unknown() {
+    local package known=()
+    for package in "${missing[@]}"; do
+        if packages_of unity test | grep -qxF "$package" \
+            && ! apt-cache show "$package" > /dev/null 2>&1; then
+            say "Not in this release, what needs it is left out: $package"
+        else
+            known+=("$package")
+        fi
+    done
+    missing=("${known[@]}")
+}
+
 # need_packages GROUP...: installs what is missing; asks the network for nothing otherwise.
 need_packages() {
     local missing as_root=()
@@ -38,6 +53,8 @@ nor sudo to install them: ${missing[*]}"
     say "Installing: ${missing[*]}"
     local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq)
     "${apt[@]}" update >&2 || die "apt-get update failed"
+    leave_out_unknown
+    [ "${#missing[@]}" -gt 0 ] || return 0
     "${apt[@]}" install --no-install-recommends -y "${missing[@]}" >&2 \
         || die "apt-get could not install: ${missing[*]}"
 }

@@ -12,7 +12,7 @@ from .journal import read_journal
 
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
 _LEFT_AFTER = 15  # s after its end in which its engine and tools end
-_PROGRAMS = ("vireon", "vireon-main", "vireon-sdk")
+_PROGRAMS = ("vireon", "../simulator/vireon-main", "../simulator/vireon-sdk")
 
 
 def built_programs():
@@ -314,5 +314,5 @@ class App:
     def _install(self, built):
         self.programs.mkdir(parents=True)
         for name in _PROGRAMS:
-            shutil.copy2(os.path.join(built, name), self.programs / name)
+            shutil.copy2(os.path.join(built, name), self.programs)
         shutil.copytree(os.path.join(built, "config"), self.programs / "config")

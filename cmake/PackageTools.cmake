@@ -1,0 +1,11 @@
+# Run by CPack before it makes the packages: without these tools it makes wrong ones, in silence.
+foreach(pair dpkg-shlibdeps=dpkg-dev file=file)
+    string(REPLACE "=" ";" pair "${pair}")
+    list(GET pair 0 tool)
+    list(GET pair 1 package)
+    find_program(found NAMES ${tool} NO_CACHE)
+    if(NOT found)
+        message(FATAL_ERROR "${tool} is missing: install the package ${package}")
+    endif()
+    unset(found)
+endforeach()
