@@ -3,7 +3,7 @@
 #include "base/logcategories.h"
 #include "ui/windowsystem.h"
 
-#include <QEvent>
+#include <QCoreApplication>
 #include <QWidget>
 #include <QWindow>
 
@@ -20,14 +20,14 @@ MapWatch::MapWatch(QWidget& itsWindow, QObject* parent)
     delay.setSingleShot(true);
     delay.setInterval(delayMs);
     connect(&delay, &QTimer::timeout, this, &MapWatch::look);
-    window.windowHandle()->installEventFilter(this);
+    QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
-bool MapWatch::eventFilter(QObject* watched, QEvent* event)
+bool MapWatch::nativeEventFilter(const QByteArray& type, void* message, long* /*result*/)
 {
-    if (event->type() == QEvent::Expose && !window.windowHandle()->isExposed())
+    if (type == "xcb_generic_event_t" && tellsOfManager(message, *window.windowHandle()))
         delay.start();
-    return QObject::eventFilter(watched, event);
+    return false;
 }
 
 void MapWatch::look()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractNativeEventFilter>
 #include <QObject>
 #include <QTimer>
 
@@ -9,11 +10,11 @@ class QWidget;
  * Shows a window anew that a window manager has lost.
  *
  * A window that is shown, hidden and shown again, while a busy window manager has not come to the
- * first showing yet, is on the screen when it is shown again, and goes with the hiding, of which
- * the manager hears last. Half a second after a window has gone from the screen that is neither
- * hidden nor minimised, it is hidden and shown. GUI thread only.
+ * first showing yet, is on the screen already when it is shown again. The manager hears of the
+ * hiding last, and lets it go. Half a second after it has let go of a window that is not hidden,
+ * the window is hidden and shown. GUI thread only; without an X server it does nothing.
  */
-class MapWatch : public QObject
+class MapWatch : public QObject, private QAbstractNativeEventFilter
 {
     Q_OBJECT
 
@@ -21,10 +22,8 @@ public:
     /// @p itsWindow has been shown, or exists in the window system all the same; it outlives this.
     MapWatch(QWidget& itsWindow, QObject* parent);
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
+    bool nativeEventFilter(const QByteArray& type, void* message, long* result) override;
     void look();
 
     QWidget& window;

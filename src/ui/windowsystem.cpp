@@ -12,7 +12,8 @@
 namespace {
 
 constexpr uint32_t sourceIsUser = 2;
-constexpr uint32_t withdrawnState = 0; ///< of WM_STATE
+const char* const managerStateName = "WM_STATE";
+constexpr uint32_t withdrawnState = 0;
 
 bool isX()
 {
@@ -83,21 +84,28 @@ void handKeyboardOn(const QWindow& from, QWindow& to)
     xcb_flush(server());
 }
 
+bool tellsOfManager(const void* event, const QWindow& window)
+{
+    constexpr uint8_t sentByProgram = 0x80;
+    const auto* change = static_cast<const xcb_property_notify_event_t*>(event);
+    if ((change->response_type & ~sentByProgram) != XCB_PROPERTY_NOTIFY
+        || change->window != idOf(window))
+        return false;
+    static const xcb_atom_t managerState = atom(managerStateName);
+    return change->atom == managerState;
+}
+
 bool isWithdrawn(const QWindow& window)
 {
     if (!isX())
         return false;
-    const Answer<xcb_get_window_attributes_reply_t> attributes {
-        xcb_get_window_attributes_reply(server(), xcb_get_window_attributes(server(), idOf(window)),
-                                        nullptr),
-        &std::free};
-    const xcb_atom_t name = atom("WM_STATE");
-    const Answer<xcb_get_property_reply_t> state {
-        xcb_get_property_reply(
-            server(), xcb_get_property(server(), false, idOf(window), name, name, 0, 1), nullptr),
-        &std::free};
-    if (!attributes || !state || attributes->map_state != XCB_MAP_STATE_UNMAPPED)
+    const xcb_atom_t name = atom(managerStateName);
+    const xcb_get_property_cookie_t question =
+        xcb_get_property(server(), false, idOf(window), name, name, 0, 1);
+    const Answer<xcb_get_property_reply_t> answer {
+        xcb_get_property_reply(server(), question, nullptr), &std::free};
+    if (!answer)
         return false;
-    return xcb_get_property_value_length(state.get()) == 0
-        || *static_cast<uint32_t*>(xcb_get_property_value(state.get())) == withdrawnState;
+    return xcb_get_property_value_length(answer.get()) == 0
+        || *static_cast<uint32_t*>(xcb_get_property_value(answer.get())) == withdrawnState;
 }

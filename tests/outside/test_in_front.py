@@ -41,17 +41,13 @@ def out_of_the_way(desktop):
     """How a window gets out of the user's sight, by what is to be seen then."""
     def minimise(window):
         desktop.run("xdotool", "windowminimize", int(window, 16))
-        wait_for(lambda: not is_shown(desktop, window), what="a minimised window")
+        wait_for(lambda: not desktop.is_shown(window), what="a minimised window")
 
     def hide(window):
         desktop.run("wmctrl", "-i", "-c", window)
-        wait_for(lambda: not is_shown(desktop, window), what="a hidden window")
+        wait_for(lambda: not desktop.is_shown(window), what="a hidden window")
 
     return {"covered": lambda window: None, "minimised": minimise, "hidden": hide}
-
-
-def is_shown(desktop, window):
-    return "IsViewable" in desktop.run("xwininfo", "-id", window)
 
 
 @pytest.mark.parametrize("make_desktop", [Mate])
@@ -64,9 +60,9 @@ def test_window_comes_over_one_in_use(desktop, first, out_of_the_way, state, way
     busy.use()
     out_of_the_way[state](window)
     busy.use()
-    assert not is_shown(desktop, window) or busy.covers(window)
+    assert not desktop.is_shown(window) or busy.covers(window)
     call(first)
-    wait_for(lambda: is_shown(desktop, window) and not busy.covers(window),
+    wait_for(lambda: desktop.is_shown(window) and not busy.covers(window),
              what="the window over the other one")
     wait_for(lambda: desktop.active_window() == window, what="the window with the keyboard")
     # The keyboard is not only the window's but its view's.
@@ -95,7 +91,7 @@ def test_window_that_was_lost_comes_back(desktop, subject):
         lambda: re.findall(r"(0x\w+) .* Vireon$", desktop.run("wmctrl", "-l"), re.M),
         what="the window")
     desktop.run("xdotool", "windowunmap", int(window, 16))
-    wait_for(lambda: not is_shown(desktop, window), what="a lost window")
-    wait_for(lambda: is_shown(desktop, window), what="the window again")
+    wait_for(lambda: not desktop.is_shown(window), what="a lost window")
+    wait_for(lambda: desktop.is_shown(window), what="the window again")
     assert hub.ask("call", "hideWindow") == "done"
-    wait_for(lambda: not is_shown(desktop, window), what="a hidden window")
+    wait_for(lambda: not desktop.is_shown(window), what="a hidden window")

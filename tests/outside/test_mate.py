@@ -64,7 +64,7 @@ def is_menu(desktop, window):
     """Whether the window is a menu on the screen; it may be gone by now."""
     try:
         return ("_MENU" in desktop.run("xprop", "-id", window, "_NET_WM_WINDOW_TYPE")
-                and "IsViewable" in desktop.run("xwininfo", "-id", window))
+                and desktop.is_shown(window))
     except subprocess.CalledProcessError:
         return False
 

@@ -89,13 +89,13 @@ def test_second_start_is_the_way_back(desktop, install, daemon, environment):
     for away in (lambda: desktop.run("wmctrl", "-c", "Vireon"),
                  lambda: desktop.run("xdotool", "windowminimize", window)):
         away()
-        wait_for(lambda: not viewable(desktop, window), what="a window out of sight")
+        wait_for(lambda: not desktop.is_shown(window), what="a window out of sight")
         second = install(home=first.home, environment={
             **environment, "TMPDIR": str(first.temporary)}).start()
         second.wait_until_shows("Vireon application is already running.")
         second.key("Return")
         assert second.wait() == 0
-        wait_for(lambda: viewable(desktop, window), what="the first copy's window")
+        wait_for(lambda: desktop.is_shown(window), what="the first copy's window")
         active = wait_for(lambda: desktop.run("xdotool", "getactivewindow"))
         assert int(active) == int(window, 16)
     assert bodies(daemon) == [HINT_WITHOUT_TRAY]
@@ -107,9 +107,5 @@ def test_click_on_the_message_is_the_way_back(desktop, install, daemon):
     (window,) = app.windows()
     close(app)
     wait_for(daemon.click, what="a message")
-    wait_for(lambda: viewable(desktop, window), what="the window")
+    wait_for(lambda: desktop.is_shown(window), what="the window")
     wait_for(lambda: desktop.active_window() == window, what="the window with the keyboard")
-
-
-def viewable(desktop, window):
-    return "IsViewable" in desktop.run("xwininfo", "-id", window)

@@ -56,6 +56,12 @@ class Desktop:
         return subprocess.run([str(word) for word in command], env=self.environment, check=True,
                               stdout=subprocess.PIPE, timeout=60, text=True).stdout
 
+    def is_shown(self, window):
+        """Whether this window is on the screen. Its frame may go while that is looked up."""
+        told = subprocess.run(["xwininfo", "-id", str(window)], env=self.environment, timeout=60,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        return "IsViewable" in told.stdout
+
     def start(self, *command):
         """Starts one more part of it, such as a panel, which ends with the desktop; its process."""
         self._start(*command)
