@@ -113,6 +113,8 @@ bool start(QTranslator& translator)
     service->start();
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
+    // The box waits for the user, and everything else must not.
+    QMetaObject::invokeMethod(mainWindow, &MainWindow::checkDataDirectory, Qt::QueuedConnection);
     return true;
 }
 

@@ -226,6 +226,14 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
         <source>Multi Input (Touch) mode is active</source>
         <translation>Mehrfacheingabe (Touch) ist aktiv</translation>
     </message>
+    <message>
+        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
+        <translation>Vireon braucht den Ordner „%1“, den es nicht gibt. Legen Sie ihn an und starten Sie Vireon neu.</translation>
+    </message>
+    <message>
+        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
+        <translation>Vireon kann nicht in den Ordner „%1“ schreiben. Ändern Sie seinen Besitzer oder seine Zugriffsrechte und starten Sie Vireon neu.</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

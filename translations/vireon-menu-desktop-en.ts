@@ -226,6 +226,14 @@ at 60Hz refresh rate or more.</translation>
         <source>Multi Input (Touch) mode is active</source>
         <translation>Multi Input (Touch) mode is active</translation>
     </message>
+    <message>
+        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
+        <translation>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</translation>
+    </message>
+    <message>
+        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
+        <translation>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

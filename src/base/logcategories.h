@@ -11,5 +11,8 @@ Q_DECLARE_LOGGING_CATEGORY(guardLog)
 /// "vireon.engine": programs of the engine that cannot be run.
 Q_DECLARE_LOGGING_CATEGORY(engineLog)
 
-/// "vireon.desktop": parts of the desktop that are missing.
+/// "vireon.desktop": parts of the desktop that are missing, and what it has lost.
 Q_DECLARE_LOGGING_CATEGORY(desktopLog)
+
+/// "vireon.view": why there is no view.
+Q_DECLARE_LOGGING_CATEGORY(viewLog)

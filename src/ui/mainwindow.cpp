@@ -1,6 +1,7 @@
 #include "ui/mainwindow.h"
 
 #include "base/desktop.h"
+#include "base/logcategories.h"
 #include "display/resolutionchangenotifier.h"
 #include "engine/childprocess.h"
 #include "engine/sdkhelper.h"
@@ -27,11 +28,13 @@
 #include <QDebug>
 #include <QDesktopServices>
 #include <QFile>
+#include <QFileInfo>
 #include <QIcon>
 #include <QMenuBar>
 #include <QQmlContext>
 #include <QQmlError>
 #include <QQuickItem>
+#include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
 #include <QUrl>
@@ -167,7 +170,7 @@ void MainWindow::loadView()
     viewError = tr("The main view cannot be loaded. Please install Vireon again.");
     for (const QQmlError& error : errors())
         viewError += QLatin1Char('\n') + error.toString();
-    qCritical().noquote() << viewError;
+    qCCritical(viewLog).noquote() << viewError;
 }
 
 void MainWindow::writeInitialProperties(const QString& versionText)
@@ -245,6 +248,22 @@ void MainWindow::showViewError()
         trayIcon->hide();
     hide();
     showErrorBox(appTitle, viewError);
+}
+
+void MainWindow::checkDataDirectory()
+{
+    const GS& settings = *GS::instance();
+    const QFileInfo directory(settings.dataDir);
+    if (settings.documentsDir.isEmpty())
+        showErrorBox(appTitle,
+                     tr("Vireon needs the directory \"%1\", which does not exist. "
+                        "Create it and start Vireon again.")
+                         .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
+    else if (!directory.isDir() || !directory.isWritable())
+        showErrorBox(appTitle,
+                     tr("Vireon cannot write into the directory \"%1\". "
+                        "Change its owner or its permissions and start Vireon again.")
+                         .arg(settings.dataDir));
 }
 
 // --- Menus and their pages --------------------------------------------------------------------
