@@ -120,8 +120,8 @@ def test_disabled_controls_say_so_and_do_nothing(install, scenario, usable):
 
 def test_changed_status_is_said(install):
     """To who does not see it, and without a key."""
-    app = install(scenario="at 0 status 0\nat 4000 status -2\nat 5000 status -2\nat 6000 status -6\n"
-                           "on m status 2\non m after 500 status -4\n").start()
+    app = install(scenario="at 0 status 0\nat 4000 status -2\nat 5000 status -2\n"
+                           "at 6000 status -6\non m status 2\non m after 500 status -4\n").start()
     app.wait_until_shows("Started and ready")
     reader = app.desktop.reader
     said = reader.listen(app.pid)
