@@ -45,7 +45,7 @@ Rectangle {
             font.pixelSize: 20
             text: loadingText
 
-            Accessible.role: Accessible.StaticText
+            Accessible.role: Accessible.Notification
             Accessible.name: text
         }
     }

@@ -18,6 +18,7 @@ Rectangle {
     Text {
         id: message
 
+        objectName: "status" // the controller tells screen readers of what it says
         readonly property int below: 4 // px that it may reach below the line
         readonly property real leading: contentHeight / lineCount * (1 - 1 / lineHeight) // of the last line
 
@@ -38,7 +39,7 @@ Rectangle {
         visible: !isLoading
         text: statusText
 
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Notification
         Accessible.name: text.replace(/ ?<br> ?/g, " ")
     }
 

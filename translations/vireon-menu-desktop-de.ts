@@ -114,7 +114,7 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
     <message>
         <source>Refresh Rate</source>
-        <translation>Bildwiederholrate</translation>
+        <translation>Bildwiederholfrequenz</translation>
     </message>
 </context>
 <context>

@@ -16,7 +16,7 @@
     <name>AspectRatioWarningView</name>
     <message>
         <source>This Screen is not set to a widescreen (16:9) resolution.&lt;br&gt;&lt;br&gt;                   If the touch accuracy is not satisfactory, &lt;b&gt;choose one of the following options or ignore:&lt;/b&gt;</source>
-        <translation>この画面はワイド画面（16:9）の解像度に設定されていません。&lt;br&gt;&lt;br&gt;                   タッチの精度が十分でない場合は、&lt;b&gt;次のいずれかを選択するか、この警告を無視してください。&lt;/b&gt;</translation>
+        <translation>この画面はワイド画面（16:9）の解像度に設定されていません。&lt;br&gt;&lt;br&gt;                   タッチの精度が十分でない場合は、&lt;b&gt;次のいずれかを選ぶか、無視してください。&lt;/b&gt;</translation>
     </message>
     <message>
         <source>Ignore</source>

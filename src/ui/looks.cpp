@@ -14,7 +14,8 @@ namespace {
 using namespace ViewColours;
 
 // Lengths follow the font, and with it the screen's density: 0.55em around it make an entry 35 px
-// high at 96 dpi. Names in @ are those of the colours.
+// high at 96 dpi. Names in @ are those of the colours. The balloon is Qt's own, for a tray without
+// a notification service: it is pale whatever the palette.
 const char* const sheet = R"(
 QMenuBar { background: @surface@; color: white; padding: 0; }
 QMenuBar::item { padding: 0.55em 0.7em; background: transparent; }
@@ -33,6 +34,8 @@ QDialog QPushButton:pressed { background: @pressed@; }
 QDialog QPushButton:focus { border-color: white; }
 QDialog QPushButton:disabled { background: @raised@; color: @dimmed@; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
+QBalloonTip QLabel { color: black; }
+QBalloonTip QPushButton { background: transparent; border: none; }
 QToolTip { background: @raised@; color: white; border: 1px solid @line@; }
 )";
 

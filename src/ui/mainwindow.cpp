@@ -294,6 +294,8 @@ void MainWindow::createActions()
         this->*row.member = new QAction(row.text, window);
         connect(this->*row.member, &QAction::triggered, this, row.slot);
     }
+    exitAction->setShortcut(QStringLiteral("Ctrl+Q"));
+    hideAction->setShortcut(QStringLiteral("Ctrl+W"));
     updateFirmwareAction->setEnabled(false);
     for (QAction* action : {singleInputAction, multiInputAction}) {
         action->setCheckable(true);

@@ -2,6 +2,7 @@
 
 #include "engine/enginestatus.h"
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QVariant>
@@ -72,9 +73,13 @@ void ViewRoot::setStatus(int code)
 {
     // A write of an equal value tells the view nothing, yet it must react to every report.
     const bool equal = exists() && status() == code;
+    const QString before = shownStatus();
     write(statusProperty, code);
     if (equal)
         call(statusNotifier);
+    // Of a text that comes up Qt tells by itself.
+    if (!before.isEmpty() && shownStatus() != before)
+        announceStatus();
 }
 
 int ViewRoot::status() const
@@ -95,6 +100,25 @@ void ViewRoot::showFreqPopup()
 void ViewRoot::disableAcPopUp()
 {
     call("disableAcPopUp");
+}
+
+// Screen readers say a notification that comes up; of an alert Qt does not tell them.
+void ViewRoot::announceStatus()
+{
+    QAccessibleEvent shown(statusItem(), QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
+}
+
+QString ViewRoot::shownStatus() const
+{
+    const QQuickItem* item = statusItem();
+    return item && item->isVisible() ? item->property("text").toString() : QString();
+}
+
+QQuickItem* ViewRoot::statusItem() const
+{
+    return exists() ? view.rootObject()->findChild<QQuickItem*>(QLatin1String(statusProperty))
+                    : nullptr;
 }
 
 void ViewRoot::write(const char* property, const QVariant& value)

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+class QQuickItem;
 class QQuickView;
 class QVariant;
 
@@ -32,7 +33,8 @@ public:
     /// For this run only; what persists is GS::aspectRatioWarningShown.
     void setAspectRatioWarningShown(bool yes);
 
-    /// Presents a status code. The view reacts to each call, also to one with the same code.
+    /// Presents a status code. The view reacts to each call, also to one with the same code. Screen
+    /// readers are told of a new text.
     void setStatus(int code);
 
     /// The code that was presented last; StatusUnknown without a root.
@@ -44,6 +46,9 @@ public:
     void disableAcPopUp();
 
 private:
+    void announceStatus();
+    QString shownStatus() const; ///< empty while the view shows something else
+    QQuickItem* statusItem() const;
     void write(const char* property, const QVariant& value);
     void call(const char* function);
 

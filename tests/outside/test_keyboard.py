@@ -128,3 +128,21 @@ def test_control_f_is_taken(ready):
     ready.key("ctrl+f")
     assert step(ready, "Tab") == "Manual Calibration"
     assert len(ready.windows()) == 1
+
+
+def test_control_w_closes_and_control_q_quits(ready, bus):
+    ready.key("ctrl+w")
+    ready.wait_until_hidden()
+    assert ready.is_running()
+    bus.call("com.corvanthel.Vireon", "/com/corvanthel/Vireon", "org.freedesktop.Application",
+             "Activate", "(a{sv})", {})
+    # From wherever the keyboard is, also from a panel.
+    ready.click("Settings")
+    wait_for(lambda: ready.focused() == "Back", what="the keyboard at Back")
+    ready.key("ctrl+w")
+    ready.wait_until_hidden()
+    bus.call("com.corvanthel.Vireon", "/com/corvanthel/Vireon", "org.freedesktop.Application",
+             "Activate", "(a{sv})", {})
+    ready.key("ctrl+q")
+    assert ready.wait() == 0
+    assert ready.letters() == ["Q"]

@@ -118,6 +118,25 @@ def test_disabled_controls_say_so_and_do_nothing(install, scenario, usable):
     assert not app.log_count(r"Action: "), "a command was given"
 
 
+def test_changed_status_is_said(install):
+    """To who does not see it, and without a key."""
+    app = install(scenario="at 0 status 0\nat 4000 status -2\nat 5000 status -2\n"
+                           "at 6000 status -6\non m status 2\non m after 500 status -4\n").start()
+    app.wait_until_shows("Started and ready")
+    reader = app.desktop.reader
+    said = reader.listen(app.pid)
+
+    def says(*texts):
+        wait_for(lambda: reader.hear() or said == list(texts),
+                 what=lambda: f"{list(texts)}; said: {said}")
+    says("Light disturbance detected.", "Started, Vireon not calibrated.")
+    said.clear()
+    for _ in range(2):
+        app.act("Manual Calibration")
+        says("Loading...", "Calibration failed, please try again.")
+        said.clear()
+
+
 def test_controls_behind_a_dialog_do_nothing(install, desktop):
     desktop.set_mode(1920, 1080, 30)
     app = install().start()

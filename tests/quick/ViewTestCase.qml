@@ -122,6 +122,11 @@ TestCase {
         });
     }
 
+    // Has a frame drawn: rows and columns arrange before it what has just come to light.
+    function arrange() {
+        verify(camera.take(viewTestCase));
+    }
+
     function glyphs(item) {
         return findAll(item, function(child) {
             return child.font !== undefined && child.visible && /[\uf000-\uf2ff]/.test(child.text);

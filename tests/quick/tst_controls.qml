@@ -119,7 +119,7 @@ ViewTestCase {
         var states = {};
         testCase.forceActiveFocus();
         item.forgetKeyboard();
-        wait(20);
+        arrange();
         states.rest = camera.take(stage);
         mouseMove(item, 5, 5);
         states.hovered = camera.take(stage);
@@ -135,8 +135,13 @@ ViewTestCase {
             item[row.disabled] = true;
         else if (row.enabled)
             item[row.enabled] = false;
-        if (row.disabled || row.enabled)
+        if (row.disabled || row.enabled) {
             states.disabled = camera.take(stage);
+            mousePress(item, 5, 5);
+            verify(states.disabled.equals(camera.take(stage)), "a disabled control moves when it is pressed");
+            mouseRelease(testCase, 1, 1);
+            mouseMove(testCase, 1000, 500);
+        }
         var names = Object.keys(states);
         for (var i = 0; i < names.length; ++i) {
             for (var j = i + 1; j < names.length; ++j)
@@ -212,7 +217,7 @@ ViewTestCase {
 
     function test_buttonsPieces() {
         var item = create("CButton", { btnText: "Go", icon: "\uf053" });
-        wait(20);
+        arrange();
         compareValues(textItem(item, "Go"), { color: Qt.rgba(1, 1, 1, 1), "parent.spacing": 8 });
         compareValues(textItem(item, "\uf053"), { color: Qt.rgba(1, 1, 1, 1), "font.family": "FontAwesome" });
         verify(textItem(item, "\uf053").x < textItem(item, "Go").x);
@@ -221,7 +226,7 @@ ViewTestCase {
 
     function test_selectionButtonsPieces() {
         var item = create("CSelectionButton", { text: "Go", textIcon: "\uf013", isLeft: true, fontSize: 20 });
-        wait(20); // for the row to arrange
+        arrange();
         compareValues(textItem(item, "\uf053"), { "font.pixelSize": 16, "font.family": "FontAwesome",
                                                   "anchors.verticalCenterOffset": 2, "parent.spacing": 5 });
         compareValues(textItem(item, "Go"), { "font.pixelSize": 20, color: Qt.rgba(1, 1, 1, 1) });
@@ -233,8 +238,10 @@ ViewTestCase {
                                                  && Qt.colorEqual(child.color, "#33ffffff"); });
         compareValues(plate, { radius: 5, smooth: true });
         item.isLeft = false;
-        wait(20);
+        arrange();
         verify(textItem(item, "\uf054").x > textItem(item, "Go").x);
+        compareValues(textItem(item, "\uf054"), { "font.pixelSize": 16, "font.family": "FontAwesome",
+                                                  "anchors.verticalCenterOffset": 2 });
     }
 
     function test_radioButtonsPieces() {
@@ -546,6 +553,7 @@ ViewTestCase {
         compare(item.height, 72);
         item.isPressed = true;
         compare(item.am, -6);
+        compare(source.behaviorsOf(item).join(), "150 ms, Linear");
         tryCompare(item, "am", -3);
         compare(item.width, 106);
     }
@@ -597,7 +605,7 @@ ViewTestCase {
 
     function test_chevronAloneIsInTheMiddle() {
         var item = create("CSelectionButton", { text: "   ", isLeft: true });
-        wait(20);
+        arrange();
         var chevron = textItem(item, "\uf053");
         verify(Math.abs(chevron.mapToItem(item, chevron.width / 2, 0).x - item.width / 2) <= 1);
     }
@@ -648,7 +656,7 @@ ViewTestCase {
     function test_advicePopUpArrangesWhatIsPutIn() {
         compare(create("AdvicePopUp").visible, false);
         var item = createTemporaryObject(filledAdvice, testCase);
-        wait(20); // for the rows to arrange
+        arrange();
         var place = function(name) {
             var found = find(item, function(child) { return child.objectName === name; });
             verify(found, name);
@@ -674,13 +682,15 @@ ViewTestCase {
         compare(shownText(item, "Loading...").font.pixelSize, 20);
         var spinner = shownText(item, "\uf110");
         compare(spinner.font.pixelSize, 24);
+        compare(source.animationsOf(spinner).join(), "0 to 360: 800 ms, Linear, -1 times");
         var angle = spinner.rotation;
         tryVerify(function() { return spinner.rotation !== angle; });
         isLoading = false;
         tryCompare(item, "opacity", 0);
         compare(item.visible, false);
         angle = spinner.rotation;
-        wait(50);
+        arrange();
+        arrange();
         compare(spinner.rotation, angle);
     }
 }

@@ -42,6 +42,20 @@ ViewTestCase {
         tryCompare(panel, "visible", false);
     }
 
+    // It has slid in to where it was.
+    function mainViewIsBack() {
+        tryVerify(function() { return control(view, "Settings").mapToItem(view, 0, 0).x > 0; });
+        tryCompare(mainView().anchors, "leftMargin", 0);
+    }
+
+    function mainView() {
+        return itemOf("mainView");
+    }
+
+    function itemOf(id) {
+        return find(view, function(item) { return source.idsOf(item).indexOf(id) >= 0; });
+    }
+
     function focusedText() {
         var item = find(view, function(candidate) { return candidate.activeFocus && candidate.activeFocusOnTab; });
         return item ? item.Accessible.name : "";
@@ -206,8 +220,7 @@ ViewTestCase {
             compare(glyphs(control(panel, "   ")), "\uf053");
             row.close(panel);
             closed(panel);
-            tryVerify(function() { return control(view, "Settings").mapToItem(view, 0, 0).x > 0; });
-            wait(200);
+            mainViewIsBack();
         });
     }
 
@@ -234,7 +247,7 @@ ViewTestCase {
         compare(focusedText(), "Correct Offset");
         panel.hide();
         closed(panel);
-        wait(200);
+        mainViewIsBack();
         openInput();
         order = [];
         for (i = 0; i < 3; ++i) {
@@ -320,7 +333,9 @@ ViewTestCase {
         keyClick(Qt.Key_Tab);
         keyClick(Qt.Key_Tab);
         compare(box.activeFocus, true);
-        wait(150);
+        // An animation would begin with the next frame.
+        arrange();
+        arrange();
         compare(tooltip.opacity, 0, "not on mere Tab");
         compare(tooltip.status, Image.Ready);
     }
@@ -403,7 +418,7 @@ ViewTestCase {
 
     function test_rateWarningsButtonStatesDiffer() {
         view.showFreqPopup();
-        wait(20);
+        arrange();
         var states = [];
         mouseMove(view, 2, 2);
         states.push(camera.take(okButton()));
@@ -455,6 +470,7 @@ ViewTestCase {
         width: 680
         height: 240
         acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
     }
 
     function test_layersDoNotLetTheMouseThrough_data() {
@@ -463,21 +479,73 @@ ViewTestCase {
 
     function test_layersDoNotLetTheMouseThrough(row) {
         view.destroy();
-        wait(20);
+        arrange();
         var clicks = listen(below, "clicked");
         mouseClick(below, 3, 3);
         compare(clicks.count, 1);
+        mouseMove(below, 6, 6);
+        compare(below.containsMouse, true);
         var layer = create(row.tag, { width: 680, height: 240, visible: true, z: 5 });
         mouseClick(below, 3, 3);
         mouseClick(below, 3, 3, Qt.RightButton);
+        mouseClick(below, 3, 3, Qt.MiddleButton);
         compare(clicks.count, 1);
+        mouseMove(below, 9, 9);
+        compare(below.containsMouse, false, "it does not feel the mouse");
+    }
+
+    // What is covered can neither be pressed nor reached by the keyboard, each layer for itself.
+    function test_coveredLayersAreDisabled() {
+        var settings = panelOf("Settings");
+        var states = function() {
+            return [itemOf("mainRect").enabled, mainView().enabled, settings.enabled];
+        };
+        compare(states().join(), "true,true,false");
+        openSettings();
+        compare(states().join(), "true,false,true");
+        view.showFreqPopup();
+        compare(states().join(), "false,false,false");
+        compare(itemOf("freqWarning").enabled, true);
+        keyClick(Qt.Key_Escape);
+        compare(states().join(), "true,false,true");
+        keyClick(Qt.Key_Escape);
+        compare(states().join(), "true,true,false");
+    }
+
+    function test_movements_data() {
+        return [
+            { tag: "mainView", group: "anchors", movement: "200 ms, InOutCubic", begin: openSettings },
+            { tag: "settingsView", group: "anchors", movement: "200 ms, InOutCubic", begin: openSettings },
+            { tag: "inputSelection", group: "anchors", movement: "200 ms, InOutCubic", begin: openInput },
+            { tag: "tooltip", group: "", movement: "100 ms, Linear", begin: function() {
+                openSettings();
+                mouseMove(control(view, "Optimize USB bandwidth"), 20, 10);
+            } },
+            { tag: "loadingIndicator", group: "", movement: "100 ms, Linear", begin: function() {
+                view.isLoading = true;
+            } }
+        ];
+    }
+
+    function test_movements(row) {
+        row.begin();
+        compare(source.behaviorsOf(itemOf(row.tag), row.group).join(), row.movement);
+    }
+
+    // The right one, too, ends here, and does not go through to what lies below.
+    function test_tooltipsAreaTakesBothButtons() {
+        openSettings();
+        var area = find(panelOf("Settings"), function(item) {
+            return source.idsOf(item).indexOf("mouseArea") >= 0;
+        });
+        compare(area.acceptedButtons, Qt.LeftButton | Qt.RightButton);
     }
 
     // --- One family ---------------------------------------------------------------------------
 
     function openDialog(name) {
         ({ "advice": view.showPopUp, "rate": view.showFreqPopup, "ratio": warnOfRatio })[name]();
-        wait(20);
+        arrange();
         return find(view, function(item) { return item.isOpen === true; });
     }
 

@@ -25,7 +25,8 @@ ViewTestCase {
         { tag: "07-gave-up", show: function() { report(view, -12); } },
         { tag: "08-loading", show: function() {
             report(view, 2);
-            wait(150);
+            var indicator = find(view, function(item) { return item.font !== undefined && item.text === "\uf110"; });
+            tryCompare(indicator.parent.parent, "opacity", 1);
         } },
         { tag: "09-button-hovered", show: function() {
             report(view, 0);
@@ -72,7 +73,7 @@ ViewTestCase {
             openPanel(1);
             var boxes = visibleOnes(function(item) { return item.checkMark !== undefined; });
             mouseMove(boxes[1], 30, 15);
-            wait(200);
+            tryCompare(tooltip(), "opacity", 1);
         } },
         { tag: "20-settings-focused", show: function() {
             openPanel(1);
@@ -94,12 +95,72 @@ ViewTestCase {
         { tag: "25-rate-warning", show: function() {
             report(view, 0);
             view.showFreqPopup();
-            wait(sheetFolder === "" ? 20 : 2000); // for a picture in which the two rates differ
+            if (sheetFolder !== "")
+                wait(2000); // for a picture in which the two rates differ
         } },
         { tag: "26-ratio-warning", show: function() { warnOfRatio(); } },
         { tag: "27-ratio-settings", show: function() {
             warnOfRatio();
             visibleOnes(function(item) { return item.isSmall === true; })[2].click();
+        } },
+        { tag: "28-buttons-disabled", show: function() {
+            report(view, -12);
+            mouseMove(button(1), 20, 10);
+        } },
+        { tag: "29-advice-focused", show: function() {
+            report(view, 0);
+            view.showPopUp();
+            arrange();
+            keyClick(Qt.Key_Tab);
+            mouseMove(button(0), 20, 10);
+        } },
+        { tag: "30-advice-pressed", show: function() {
+            report(view, 0);
+            view.showPopUp();
+            arrange();
+            mousePress(visibleOnes(function(item) { return item.autoToggle !== undefined; })[0], 20, 10);
+        } },
+        { tag: "31-settings-hovered", show: function() {
+            openPanel(1);
+            mouseMove(visibleOnes(function(item) { return item.isLeft === true; })[0], 10, 10);
+        } },
+        { tag: "32-settings-pressed", show: function() {
+            openPanel(1);
+            mousePress(visibleOnes(function(item) { return item.autoToggle !== undefined; })[0], 20, 10);
+        } },
+        { tag: "33-settings-back-focused", show: function() {
+            openPanel(1);
+            keyClick(Qt.Key_Shift);
+            mouseMove(selection(1), 20, 10);
+        } },
+        { tag: "34-input-pressed", show: function() {
+            openPanel(0);
+            mousePress(visibleOnes(function(item) { return item.canToggle !== undefined; })[1], 30, 15);
+        } },
+        { tag: "35-input-focused", show: function() {
+            openPanel(0);
+            keyClick(Qt.Key_Tab);
+        } },
+        { tag: "36-rate-warning-focused", show: function() {
+            view.showFreqPopup();
+            keyClick(Qt.Key_Shift);
+            if (sheetFolder !== "")
+                wait(1500);
+        } },
+        { tag: "37-ratio-hovered", show: function() {
+            warnOfRatio();
+            keyClick(Qt.Key_Tab);
+            mouseMove(visibleOnes(function(item) { return item.isSmall === true; })[0], 20, 10);
+        } },
+        { tag: "38-ratio-settings-pressed", show: function() {
+            warnOfRatio();
+            visibleOnes(function(item) { return item.isSmall === true; })[2].click();
+            arrange();
+            mousePress(visibleOnes(function(item) { return item.isSmall === true; })[1], 20, 10);
+        } },
+        { tag: "39-ratio-disabled", show: function() {
+            warnOfRatio();
+            report(view, -10);
         } }
     ]
 
@@ -141,6 +202,12 @@ ViewTestCase {
             return panel !== null;
         });
         tryCompare(panel.anchors, "rightMargin", 0);
+    }
+
+    function tooltip() {
+        return find(view, function(item) {
+            return item.source && item.source.toString().indexOf("tooltip2") >= 0;
+        });
     }
 
     function warnOfRatio() {
@@ -205,12 +272,9 @@ ViewTestCase {
 
     function checkOverlaps() {
         var all = boxes();
-        var tooltip = find(view, function(item) {
-            return item.source && item.source.toString().indexOf("tooltip2") >= 0;
-        });
-        if (tooltip && isShown(tooltip)) {
-            all = all.filter(function(item) { return item.parent !== tooltip; }).concat(tooltip);
-            verify(box(tooltip).right * view.factor <= frame.width, describe(tooltip));
+        if (tooltip() && isShown(tooltip())) {
+            all = all.filter(function(item) { return item.parent !== tooltip(); }).concat(tooltip());
+            verify(box(tooltip()).right * view.factor <= frame.width, describe(tooltip()));
         }
         for (var i = 0; i < all.length; ++i) {
             for (var j = i + 1; j < all.length; ++j) {
@@ -252,7 +316,7 @@ ViewTestCase {
         view = createMain();
         scale();
         scene.show();
-        wait(20);
+        arrange();
         var texts = visibleOnes(function(item) {
             return item.font !== undefined && item.text.trim() !== "" && isShown(item)
                 && item.enabled;
@@ -280,13 +344,13 @@ ViewTestCase {
         view = createMain();
         scale();
         report(view, 0);
-        wait(20);
+        arrange();
         var shown = camera.take(testCase);
         verify(shown.isRounded(pixels(selection(1), 0), 5 * view.factor), "a quiet button");
         verify(shown.isRounded(pixels(button(0), 0), 3 * view.factor), "a button");
         button(0).forceActiveFocus();
         keyClick(Qt.Key_Shift);
-        wait(20);
+        arrange();
         shown = camera.take(testCase);
         verify(shown.isFramed(pixels(button(0), 3), Math.round(2 * view.factor)), "the mark of the keyboard");
     }
@@ -321,7 +385,7 @@ ViewTestCase {
         compare(view.height, view.baseHeight * row.dpi / 96);
         compare(view.width, frame.width, "the window would cut off the rest");
         verify(view.width <= testCase.width);
-        wait(20); // for rows and columns to arrange what has just come to light
+        arrange();
         checkBounds();
         checkOverlaps();
         if (sheetFolder !== "")

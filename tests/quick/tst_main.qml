@@ -352,7 +352,7 @@ ViewTestCase {
 
     function test_mainViewsPlaces() {
         report(view, 0);
-        wait(20);
+        arrange();
         var status = textItem(view, "Started and ready");
         compareValues(status, { color: white, lineHeight: 1.2, "font.family": "Helvetica Neue",
                                 horizontalAlignment: Text.AlignHCenter, "parent.height": 40 });
@@ -417,7 +417,7 @@ ViewTestCase {
     function test_advicesPlaces() {
         report(view, 0);
         view.showPopUp();
-        wait(20);
+        arrange();
         var text = textItem(view, advice);
         compareValues(text, { color: white, lineHeight: 1.2, wrapMode: Text.WordWrap, "parent.height": 40 });
         var icon = find(text.parent, function(item) { return item.source !== undefined; });
@@ -468,7 +468,7 @@ ViewTestCase {
         mouseClick(button("Auto Calibration"));
         compare(mainwindow.calls.toString(), "");
         compare(adviceIsShown(), true);
-        wait(20); // for the buttons to arrange
+        arrange();
         verify(!find(view, function(item) { return item.btnText === "Manual Calibration" && isShown(item); }));
         var box = control(view, dontShow);
         compare(box.isToggled, true);
@@ -512,7 +512,7 @@ ViewTestCase {
     function test_adviceWaitsForTheEngine() {
         report(view, 0);
         view.showPopUp();
-        wait(20); // for the buttons to arrange
+        arrange();
         report(view, -10);
         mouseClick(control(view, "    Continue    "));
         compare(mainwindow.calls.toString(), "");

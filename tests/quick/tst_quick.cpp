@@ -6,6 +6,7 @@
 #include "support/patience.h"
 
 #include <QCoreApplication>
+#include <QEasingCurve>
 #include <QFont>
 #include <QImage>
 #include <QKeyEvent>
@@ -94,6 +95,50 @@ public:
              context = context->parentContext())
             ids += context->nameForObject(item);
         return ids;
+    }
+
+    /// The Behaviors of an item's properties or, for "anchors", of theirs: "DURATION ms, EASING".
+    /// Those that have not moved anything yet have none.
+    Q_INVOKABLE QStringList behaviorsOf(QObject* item, const QString& group = {}) const
+    {
+        const QVariant grouped = item->property(group.toLatin1());
+        const QObject* owner = group.isEmpty() ? item : grouped.value<QObject*>();
+        QStringList found;
+        for (const QObject* child : childrenOf(owner, "QQuickBehavior")) {
+            const auto* animation = child->property("animation").value<QObject*>();
+            found.append(animation ? described(*animation) : QString());
+        }
+        return found;
+    }
+
+    /// The animations of an item that start by themselves: "FROM to TO: DURATION ms, EASING, LOOPS
+    /// times".
+    Q_INVOKABLE QStringList animationsOf(QObject* item) const
+    {
+        QStringList found;
+        for (const QObject* child : childrenOf(item, "QQuickNumberAnimation"))
+            found.append(child->property("from").toString() + " to "
+                         + child->property("to").toString() + ": " + described(*child) + ", "
+                         + child->property("loops").toString() + " times");
+        return found;
+    }
+
+private:
+    static QObjectList childrenOf(const QObject* item, const char* type)
+    {
+        QObjectList found;
+        for (QObject* child : item->children()) {
+            if (child->inherits(type))
+                found.append(child);
+        }
+        return found;
+    }
+
+    static QString described(const QObject& animation)
+    {
+        const auto easing = animation.property("easing").toEasingCurve().type();
+        return animation.property("duration").toString() + " ms, "
+            + QVariant::fromValue(easing).toString();
     }
 };
 

@@ -155,7 +155,7 @@ class App:
     def texts(self):
         """The visible texts."""
         return [item.name for item in self.items()
-                if item.name and item.role in ("label", "static", "text", "heading")]
+                if item.name and item.role in ("label", "static", "text", "heading", "notification")]
 
     def shows(self, text):
         """Whether one of the visible texts contains this."""

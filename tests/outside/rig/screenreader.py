@@ -74,6 +74,30 @@ class ScreenReader:
                        Gio.DBusCallFlags.NONE, -1, None, None)
         self._bus.flush_sync(None)
 
+    def listen(self, pid):
+        """A list of what this program says by itself from now on: the names of notifications that
+        come up. hear() fills it."""
+        said = []
+
+        def shown(_bus, sender, path, _interface, _signal, arguments):
+            if arguments.unpack()[1] != 1 or self._pid_of(sender) != pid:
+                return
+            if self._call(sender, path, _ACCESSIBLE, "GetRoleName")[0] == "notification":
+                said.append(self._property(sender, path, "Name"))
+
+        self._call("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
+                   "org.a11y.atspi.Registry", "RegisterEvent",
+                   GLib.Variant("(sass)", ("object:state-changed:showing", [], "")))
+        self._bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", "StateChanged", None,
+                                   "showing", Gio.DBusSignalFlags.NONE, shown)
+        return said
+
+    @staticmethod
+    def hear():
+        """Takes in what has been said."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+
     @staticmethod
     def _connect(address):
         flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
