@@ -17,8 +17,8 @@ void bringUpForUser(QWindow& window);
 /// that goes away at this very moment is no matter. Where there is no X server, Qt does it.
 void handKeyboardOn(const QWindow& from, QWindow& to);
 
-/// Whether @p event, an xcb_generic_event_t, tells that the window manager has changed what it notes
-/// on @p window: that it manages it, has minimised it or has let it go.
+/// Whether @p event, an xcb_generic_event_t, tells that the window manager has changed its note on
+/// @p window: that it manages it, has minimised it or has let it go.
 bool tellsOfManager(const void* event, const QWindow& window);
 
 /// Whether the window manager has let @p window go. The X server is asked, and waited for; where
