@@ -10,7 +10,8 @@ set(shareDirectory "${PROJECT_BINARY_DIR}/share")
 
 install(TARGETS vireon DESTINATION ${programDirectory} COMPONENT vireon)
 install(PROGRAMS packaging/Vireon.sh DESTINATION ${programDirectory} COMPONENT vireon)
-install(FILES config/vireon.conf DESTINATION ${programDirectory}/config COMPONENT vireon)
+install(FILES config/vireon.conf config/integration.conf
+    DESTINATION ${programDirectory}/config COMPONENT vireon)
 install(FILES "${shareDirectory}/vireon/Corvanthel.png"
     "${shareDirectory}/vireon/CorvanthelSmall.png"
     DESTINATION ${programDirectory} COMPONENT vireon)
@@ -60,6 +61,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qtdeclarative-abi-${viewsVersion}, ${runPackages}")
 # An administrator's changes of the configuration outlive an update.
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/packaging/conffiles" CONTENT
-    "${CMAKE_INSTALL_PREFIX}/${programDirectory}/config/vireon.conf\n")
+    "${CMAKE_INSTALL_PREFIX}/${programDirectory}/config/vireon.conf
+${CMAKE_INSTALL_PREFIX}/${programDirectory}/config/integration.conf\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/packaging/conffiles")
 include(CPack)

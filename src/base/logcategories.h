@@ -13,3 +13,6 @@ Q_DECLARE_LOGGING_CATEGORY(engineLog)
 
 /// "vireon.desktop": parts of the desktop that are missing.
 Q_DECLARE_LOGGING_CATEGORY(desktopLog)
+
+/// "vireon.integration": what an administrator has switched on, see Switches.
+Q_DECLARE_LOGGING_CATEGORY(integrationLog)

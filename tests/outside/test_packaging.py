@@ -21,6 +21,7 @@ ICON_SIZES = [f"{size}x{size}" for size in (16, 22, 24, 32, 48, 64, 128, 256, 51
 INSTALLED = {
     f"{PLACE}/vireon": 0o755,
     LAUNCHER: 0o755,
+    f"{PLACE}/config/integration.conf": 0o644,
     f"{PLACE}/config/vireon.conf": 0o644,
     f"{PLACE}/Corvanthel.png": 0o644,
     f"{PLACE}/CorvanthelSmall.png": 0o644,
@@ -93,7 +94,8 @@ def test_package_has_its_files_and_fields(directory):
               "libayatana-appindicator1", "libnotify4", "libglib2.0-bin"]
     assert [name for name in needed if name not in depends] == []
     assert any(name.startswith("libqt5quick5 (>=") for name in depends)
-    assert (control / "conffiles").read_text() == f"{PLACE}/config/vireon.conf\n"
+    assert (control / "conffiles").read_text().splitlines() == [
+        f"{PLACE}/config/vireon.conf", f"{PLACE}/config/integration.conf"]
     shutil.rmtree(control)
     assert files_in(directory / "root") == INSTALLED
 
