@@ -261,6 +261,13 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
 </context>
 <context>
+    <name>UpdaterWatch</name>
+    <message>
+        <source>Vireon is being updated and quits now.</source>
+        <translation>Vireon wird aktualisiert und beendet sich jetzt.</translation>
+    </message>
+</context>
+<context>
     <name>controls</name>
     <message>
         <source>Not available now.</source>

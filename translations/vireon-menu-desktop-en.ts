@@ -261,6 +261,13 @@ at 60Hz refresh rate or more.</translation>
     </message>
 </context>
 <context>
+    <name>UpdaterWatch</name>
+    <message>
+        <source>Vireon is being updated and quits now.</source>
+        <translation>Vireon is being updated and quits now.</translation>
+    </message>
+</context>
+<context>
     <name>controls</name>
     <message>
         <source>Not available now.</source>

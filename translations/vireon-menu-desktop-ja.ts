@@ -261,6 +261,13 @@ at 60Hz refresh rate or more.</source>
     </message>
 </context>
 <context>
+    <name>UpdaterWatch</name>
+    <message>
+        <source>Vireon is being updated and quits now.</source>
+        <translation>Vireon を更新するため、終了します。</translation>
+    </message>
+</context>
+<context>
     <name>controls</name>
     <message>
         <source>Not available now.</source>

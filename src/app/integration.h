@@ -26,5 +26,7 @@ public:
     void start(MainWindow& window);
 
 private:
+    void startLogFile();
+
     Switches switches;
 };

@@ -63,8 +63,9 @@ const Row* find(int code)
 
 } // namespace
 
-MailboxCommands::MailboxCommands(MainWindow& itsWindow)
-    : window(itsWindow)
+MailboxCommands::MailboxCommands(MainWindow& itsWindow, QObject* parent)
+    : QObject(parent)
+    , window(itsWindow)
     , openForCommands(GS::instance()->fifo1Path + QLatin1String(".open"), 0)
 {
     connect(IpcListener::instance(), &IpcListener::received, this, &MailboxCommands::carryOut);

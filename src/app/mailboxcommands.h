@@ -20,7 +20,7 @@ class MailboxCommands : public QObject
 
 public:
     /// Starts to listen for @p window, which must outlive it.
-    explicit MailboxCommands(MainWindow& window);
+    MailboxCommands(MainWindow& window, QObject* parent);
 
 private:
     void carryOut(int code);

@@ -9,6 +9,7 @@
 namespace {
 
 const char* const statusProperty = "status";
+const char* const loadingProperty = "isLoading";
 const char* const statusNotifier = "statusChanged";
 
 } // namespace
@@ -60,7 +61,12 @@ void ViewRoot::setKeepingACpuRunning(bool on)
 
 void ViewRoot::setLoading(bool yes)
 {
-    write("isLoading", yes);
+    write(loadingProperty, yes);
+}
+
+bool ViewRoot::isLoading() const
+{
+    return exists() && view.rootObject()->property(loadingProperty).toBool();
 }
 
 void ViewRoot::setAspectRatioWarningShown(bool yes)
