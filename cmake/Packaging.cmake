@@ -7,8 +7,15 @@
 # simulated engine there.
 set(programDirectory bin/Vireon)
 set(shareDirectory "${PROJECT_BINARY_DIR}/share")
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/packaging")
 
-install(TARGETS vireon DESTINATION ${programDirectory} COMPONENT vireon)
+install(TARGETS vireon vireonctl DESTINATION ${programDirectory} COMPONENT vireon)
+# Where a shell finds it.
+file(CREATE_LINK Vireon/vireonctl "${PROJECT_BINARY_DIR}/packaging/vireonctl" SYMBOLIC)
+install(FILES "${PROJECT_BINARY_DIR}/packaging/vireonctl" DESTINATION bin COMPONENT vireon)
+install(FILES packaging/vireonctl.1 DESTINATION share/man/man1 COMPONENT vireon)
+install(FILES packaging/vireonctl.bash
+    DESTINATION share/bash-completion/completions RENAME vireonctl COMPONENT vireon)
 install(PROGRAMS packaging/Vireon.sh DESTINATION ${programDirectory} COMPONENT vireon)
 install(FILES config/vireon.conf config/integration.conf
     DESTINATION ${programDirectory}/config COMPONENT vireon)

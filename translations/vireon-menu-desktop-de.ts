@@ -364,4 +364,11 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
         <translation>%1 ist nicht verbunden! &lt;br&gt;Bitte schließen Sie das USB-Kabel an und aktivieren Sie&lt;br&gt; die Einstellung für den Remote Pen</translation>
     </message>
 </context>
+<context>
+    <name>vireonctl</name>
+    <message>
+        <source>Vireon is not running.</source>
+        <translation>Vireon läuft nicht.</translation>
+    </message>
+</context>
 </TS>

@@ -364,4 +364,11 @@ at 60Hz refresh rate or more.</translation>
         <translation>%1 not connected! &lt;br&gt;Please connect the USB cable and check the box&lt;br&gt; to enable the setting for Remote Pen</translation>
     </message>
 </context>
+<context>
+    <name>vireonctl</name>
+    <message>
+        <source>Vireon is not running.</source>
+        <translation>Vireon is not running.</translation>
+    </message>
+</context>
 </TS>

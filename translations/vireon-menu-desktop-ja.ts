@@ -364,4 +364,11 @@ at 60Hz refresh rate or more.</source>
         <translation>%1が接続されていません！ &lt;br&gt;USBケーブルを接続し、チェックボックスをオンにして&lt;br&gt; リモートペンの設定を有効にしてください</translation>
     </message>
 </context>
+<context>
+    <name>vireonctl</name>
+    <message>
+        <source>Vireon is not running.</source>
+        <translation>Vireon は起動していません。</translation>
+    </message>
+</context>
 </TS>

@@ -20,6 +20,10 @@ BUILD = pathlib.Path(built_programs()).parent
 ICON_SIZES = [f"{size}x{size}" for size in (16, 22, 24, 32, 48, 64, 128, 256, 512)]
 INSTALLED = {
     f"{PLACE}/vireon": 0o755,
+    f"{PLACE}/vireonctl": 0o755,
+    "/usr/local/bin/vireonctl": 0o755,
+    "/usr/local/share/man/man1/vireonctl.1": 0o644,
+    "/usr/local/share/bash-completion/completions/vireonctl": 0o644,
     LAUNCHER: 0o755,
     f"{PLACE}/config/integration.conf": 0o644,
     f"{PLACE}/config/vireon.conf": 0o644,

@@ -12,7 +12,7 @@ from .journal import read_journal
 
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
 _LEFT_AFTER = 15  # s after its end in which its engine and tools end
-_PROGRAMS = ("vireon", "vireon-main", "vireon-sdk")
+_PROGRAMS = ("vireon", "vireonctl", "vireon-main", "vireon-sdk")
 
 
 def built_programs():
@@ -66,6 +66,22 @@ class App:
         text = "\n".join(line if "=" in line else f"{line}=true" for line in lines)
         (self.programs / "config/integration.conf").write_text(text + "\n")
         return self
+
+    def control(self, *words, environment=None):
+        """What vireonctl answers to these words, once it has ended."""
+        return subprocess.run([str(word) for word in (self.programs / "vireonctl", *words)],
+                              env={**self.environment(), **(environment or {})},
+                              capture_output=True, text=True, timeout=processes.PATIENCE)
+
+    def start_control(self, *words):
+        """vireonctl with these words, which goes on; its lines come into the file "controlled"."""
+        with open(self.directory / "controlled", "wb") as output:
+            return processes.spawn([self.programs / "vireonctl", *words], env=self.environment(),
+                                   stdout=output)
+
+    def controlled(self):
+        """The lines of the vireonctl that was started last."""
+        return (self.directory / "controlled").read_text().splitlines()
 
     def starter(self, launcher):
         """A script that starts it by this launcher, for others to run: they bring the desktop's
