@@ -121,6 +121,25 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Kopiert</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Gespeichert als %1</translation>
+    </message>
+    <message>
+        <source>Cannot be saved</source>
+        <translation>Kann nicht gespeichert werden</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>

@@ -121,6 +121,25 @@ at 60Hz refresh rate or more.</translation>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Not found</source>
+        <translation>Not found</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Copied</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Saved as %1</translation>
+    </message>
+    <message>
+        <source>Cannot be saved</source>
+        <translation>Cannot be saved</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>

@@ -121,6 +121,25 @@ at 60Hz refresh rate or more.</source>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Not found</source>
+        <translation>見つかりません</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>コピーしました</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>%1 に保存しました</translation>
+    </message>
+    <message>
+        <source>Cannot be saved</source>
+        <translation>保存できません</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>

@@ -9,6 +9,7 @@
 #include "app/toolbarcontrol.h"
 #include "app/updaterwatch.h"
 #include "settings/globalsettings.h"
+#include "ui/logview.h"
 #include "ui/mainwindow.h"
 
 #include <QCoreApplication>
@@ -23,6 +24,11 @@ namespace {
 void tell(const QString& fault)
 {
     std::fprintf(stderr, "config/integration.conf: %s\n", fault.toUtf8().constData());
+}
+
+void makeLogView(MainWindow& window, QObject* parent)
+{
+    window.setLogView(new LogView(GS::instance()->dataDir, parent));
 }
 
 void watchSleep(MainWindow& window, QObject* parent)
@@ -46,6 +52,7 @@ struct PartRow
 
 const PartRow parts[] = {
     {&Switches::mailbox, make<MailboxCommands>},
+    {&Switches::logWindow, makeLogView},
     {&Switches::sleep, watchSleep},
     {&Switches::updater, make<UpdaterWatch>},
     {&Switches::autostartEntry, make<AutostartControl>},
@@ -63,6 +70,8 @@ Integration::Integration(const CommandLine& commandLine)
     commandLine.applyTo(switches);
     if (!switches.logFile.isEmpty())
         startLogFile();
+    if (switches.logWindow || !switches.logFile.isEmpty())
+        qInstallMessageHandler(myMessageOutput);
 }
 
 void Integration::startLogFile()
@@ -70,7 +79,6 @@ void Integration::startLogFile()
     const QString path = QDir(GS::instance()->dataDir).filePath(switches.logFile);
     QDir().mkpath(QFileInfo(path).path());
     setLogFile(new LogFile(path, switches.logFileSize, switches.logFileKept));
-    qInstallMessageHandler(myMessageOutput);
 }
 
 void Integration::start(MainWindow& window)

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr unsigned long pollIntervalMs = 2;
+constexpr unsigned long yieldMs = 10; // twice the interval at which a FileLock is looked for
 
 /// Whether @p condition has become true in time.
 template <class Condition> bool waitFor(const QDeadlineTimer& deadline, Condition condition)
@@ -38,6 +39,14 @@ bool MailboxSender::isOpen() const
 }
 
 MailboxSender::Result MailboxSender::send(char character, int limitMs)
+{
+    const Result result = sendInTurn(character, limitMs);
+    // Whoever waits looks for the turn now and then: without this, the next call would take it.
+    QThread::msleep(yieldMs);
+    return result;
+}
+
+MailboxSender::Result MailboxSender::sendInTurn(char character, int limitMs)
 {
     const QDeadlineTimer deadline(limitMs);
     const FileLock turn(commandPath + QLatin1String(".turn"), limitMs);

@@ -31,6 +31,7 @@ public:
     Result send(char character, int limitMs);
 
 private:
+    Result sendInTurn(char character, int limitMs);
     bool place(char character, const QDeadlineTimer& deadline);
     bool isTaken() const;
     bool hasReply() const;

@@ -12,6 +12,7 @@
 #include "ui/inputfocus.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
+#include "ui/logview.h"
 #include "ui/messagechannel.h"
 #include "ui/mywidget.h"
 #include "ui/splash.h"
@@ -386,7 +387,14 @@ void MainWindow::onResolutionChanged(int width, int height)
 
 void MainWindow::appendText(QString text)
 {
-    Q_UNUSED(text)
+    if (LogView* view = logView)
+        view->append(text);
+}
+
+void MainWindow::openLogWindow()
+{
+    if (LogView* view = logView)
+        view->open();
 }
 
 QString MainWindow::brand()

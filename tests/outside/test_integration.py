@@ -199,3 +199,28 @@ def test_toolbar_is_back_after_the_quit(toolbar):
     wait_for(lambda: toolbar.words() == ["hide"], what="a hidden toolbar")
     assert app.quit() == 0
     wait_for(lambda: toolbar.words() == ["hide", "show"], what="a toolbar that is back")
+
+
+# --- The log window ---------------------------------------------------------------------------
+
+def log_text(app):
+    """What the log window shows, or None."""
+    return next((item.name for item in app.items() if "firmware version" in item.name), None)
+
+
+def test_log_window_opens_by_its_key(install):
+    app = install().switch_on("logWindow").start()
+    app.wait_until_shows("Started and ready")
+    app.key("ctrl+f")
+    wait_for(lambda: len(app.windows()) == 2, what="the log window")
+    wait_for(lambda: "Debug: firmware version: 2 (" in (log_text(app) or ""), what="the log")
+    wait_for(lambda: app.desktop.active_window() == app.windows()[-1], what="the window in use")
+    app.desktop.key("Escape")
+    wait_for(lambda: len(app.windows()) == 1, what="the log window's end")
+
+
+def test_mailbox_opens_the_log_window(install):
+    app = install().switch_on("logWindow", "mailbox").start()
+    app.wait_until_shows("Started and ready")
+    assert app.control("log").returncode == 0
+    wait_for(lambda: len(app.windows()) == 2, what="the log window")
