@@ -38,7 +38,9 @@ endfunction()
 foreach(name vireon.1 com.corvanthel.Vireon.metainfo.xml debian/changelog debian/copyright)
     configure_file("${PROJECT_SOURCE_DIR}/packaging/${name}.in" "${madeDirectory}/${name}" @ONLY)
 endforeach()
+file(COPY "${PROJECT_SOURCE_DIR}/packaging/vireonctl.1" DESTINATION "${madeDirectory}")
 vireon_compress("${madeDirectory}/vireon.1")
+vireon_compress("${madeDirectory}/vireonctl.1")
 vireon_compress("${madeDirectory}/debian/changelog")
 
 # --- What goes where --------------------------------------------------------------------------
@@ -48,7 +50,12 @@ set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
     GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 file(GLOB configFiles CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/config/*.conf")
-install(TARGETS vireon vireon-box DESTINATION ${programDirectory} COMPONENT vireon)
+install(TARGETS vireon vireonctl vireon-box DESTINATION ${programDirectory} COMPONENT vireon)
+# Where a shell finds it.
+file(CREATE_LINK Vireon/vireonctl "${madeDirectory}/vireonctl" SYMBOLIC)
+install(FILES "${madeDirectory}/vireonctl" DESTINATION bin COMPONENT vireon)
+install(FILES packaging/vireonctl.bash
+    DESTINATION share/bash-completion/completions RENAME vireonctl COMPONENT vireon)
 install(PROGRAMS packaging/Vireon.sh DESTINATION ${programDirectory} COMPONENT vireon)
 install(FILES ${configFiles} DESTINATION ${programDirectory}/config COMPONENT vireon)
 install(FILES "${shareDirectory}/vireon/Corvanthel.png"
@@ -61,7 +68,8 @@ install(FILES packaging/com.corvanthel.Vireon.service
     DESTINATION share/dbus-1/services COMPONENT vireon)
 install(FILES "${madeDirectory}/com.corvanthel.Vireon.metainfo.xml"
     DESTINATION share/metainfo COMPONENT vireon)
-install(FILES "${madeDirectory}/vireon.1.gz" DESTINATION share/man/man1 COMPONENT vireon)
+install(FILES "${madeDirectory}/vireon.1.gz" "${madeDirectory}/vireonctl.1.gz"
+    DESTINATION share/man/man1 COMPONENT vireon)
 install(FILES packaging/Vireon.desktop DESTINATION /etc/xdg/autostart COMPONENT vireon)
 install(TARGETS vireon-main vireon-sdk
     DESTINATION ${programDirectory} COMPONENT simulator EXCLUDE_FROM_ALL)

@@ -1,5 +1,7 @@
 #include "app/applicationservice.h"
+#include "app/commandline.h"
 #include "app/fonts.h"
+#include "app/integration.h"
 #include "app/quitrequests.h"
 #include "app/resources.h"
 #include "app/version.h"
@@ -25,6 +27,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <unistd.h>
 #include <utility>
 
@@ -90,7 +93,7 @@ void prepareApplication()
 
 /// Makes and shows the main window, and starts the engine. False when there is nothing to show: the
 /// user knows then.
-bool start(QTranslator& translator)
+bool start(QTranslator& translator, Integration& integration)
 {
     qDebug() << "Start vireon-main";
     installTranslation(translator);
@@ -111,6 +114,7 @@ bool start(QTranslator& translator)
     QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
                      &MainWindow::bringToFront);
     service->start();
+    integration.start(*mainWindow);
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
     // The box waits for the user, and everything else must not.
@@ -145,7 +149,7 @@ bool start(QTranslator& translator)
     _exit(status);
 }
 
-int run(int& argc, char** argv)
+int run(int& argc, char** argv, const CommandLine& commandLine)
 {
     // Read and hidden before Qt looks: it takes both out of the environment.
     const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID");
@@ -159,8 +163,10 @@ int run(int& argc, char** argv)
         giveWay(startupId);
         return 0;
     }
+    // Lives as long as the process, too.
+    auto* integration = new Integration(commandLine);
     auto translator = std::make_unique<QTranslator>();
-    const int status = start(*translator) ? QApplication::exec() : EXIT_FAILURE;
+    const int status = start(*translator, *integration) ? QApplication::exec() : EXIT_FAILURE;
     end(std::move(application), std::move(guard), std::move(translator), status);
 }
 
@@ -170,6 +176,9 @@ int main(int argc, char* argv[])
 {
     // File names are UTF-8 whatever the locale: under "C" Qt would lose all but ASCII.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    CommandLine commandLine(argc, argv);
+    if (const std::optional<int> status = commandLine.answer())
+        leave(*status);
     initResources();
-    leave(run(argc, argv));
+    leave(run(argc, argv, commandLine));
 }

@@ -133,6 +133,25 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Kopiert</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Gespeichert als %1</translation>
+    </message>
+    <message>
+        <source>Cannot be saved</source>
+        <translation>Kann nicht gespeichert werden</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>
@@ -281,6 +300,13 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
 </context>
 <context>
+    <name>UpdaterWatch</name>
+    <message>
+        <source>Vireon is being updated and quits now.</source>
+        <translation>Vireon wird aktualisiert und beendet sich jetzt.</translation>
+    </message>
+</context>
+<context>
     <name>controls</name>
     <message>
         <source>Not available now.</source>
@@ -375,6 +401,13 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     <message>
         <source>%1 not connected! &lt;br&gt;Please connect the USB cable and check the box&lt;br&gt; to enable the setting for Remote Pen</source>
         <translation>%1 ist nicht verbunden! &lt;br&gt;Bitte schließen Sie das USB-Kabel an und aktivieren Sie&lt;br&gt; die Einstellung für den Remote Pen</translation>
+    </message>
+</context>
+<context>
+    <name>vireonctl</name>
+    <message>
+        <source>Vireon is not running.</source>
+        <translation>Vireon läuft nicht.</translation>
     </message>
 </context>
 </TS>

@@ -133,6 +133,25 @@ at 60Hz refresh rate or more.</translation>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Not found</source>
+        <translation>Not found</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Copied</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Saved as %1</translation>
+    </message>
+    <message>
+        <source>Cannot be saved</source>
+        <translation>Cannot be saved</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>
@@ -281,6 +300,13 @@ at 60Hz refresh rate or more.</translation>
     </message>
 </context>
 <context>
+    <name>UpdaterWatch</name>
+    <message>
+        <source>Vireon is being updated and quits now.</source>
+        <translation>Vireon is being updated and quits now.</translation>
+    </message>
+</context>
+<context>
     <name>controls</name>
     <message>
         <source>Not available now.</source>
@@ -375,6 +401,13 @@ at 60Hz refresh rate or more.</translation>
     <message>
         <source>%1 not connected! &lt;br&gt;Please connect the USB cable and check the box&lt;br&gt; to enable the setting for Remote Pen</source>
         <translation>%1 not connected! &lt;br&gt;Please connect the USB cable and check the box&lt;br&gt; to enable the setting for Remote Pen</translation>
+    </message>
+</context>
+<context>
+    <name>vireonctl</name>
+    <message>
+        <source>Vireon is not running.</source>
+        <translation>Vireon is not running.</translation>
     </message>
 </context>
 </TS>

@@ -133,6 +133,25 @@ at 60Hz refresh rate or more.</source>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Not found</source>
+        <translation>見つかりません</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>コピーしました</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>%1 に保存しました</translation>
+    </message>
+    <message>
+        <source>Cannot be saved</source>
+        <translation>保存できません</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>The main view cannot be loaded. Please install Vireon again.</source>
@@ -281,6 +300,13 @@ at 60Hz refresh rate or more.</source>
     </message>
 </context>
 <context>
+    <name>UpdaterWatch</name>
+    <message>
+        <source>Vireon is being updated and quits now.</source>
+        <translation>Vireon を更新するため、終了します。</translation>
+    </message>
+</context>
+<context>
     <name>controls</name>
     <message>
         <source>Not available now.</source>
@@ -375,6 +401,13 @@ at 60Hz refresh rate or more.</source>
     <message>
         <source>%1 not connected! &lt;br&gt;Please connect the USB cable and check the box&lt;br&gt; to enable the setting for Remote Pen</source>
         <translation>%1が接続されていません！ &lt;br&gt;USBケーブルを接続し、チェックボックスをオンにして&lt;br&gt; リモートペンの設定を有効にしてください</translation>
+    </message>
+</context>
+<context>
+    <name>vireonctl</name>
+    <message>
+        <source>Vireon is not running.</source>
+        <translation>Vireon は起動していません。</translation>
     </message>
 </context>
 </TS>

@@ -1,5 +1,6 @@
 #include "app/messageoutput.h"
 
+#include "app/logfile.h"
 #include "ui/mainwindow.h"
 
 #include <QDateTime>
@@ -9,6 +10,8 @@
 #include <cstdio>
 
 namespace {
+
+LogFile* logFile = nullptr;
 
 QString levelWord(QtMsgType type)
 {
@@ -41,6 +44,13 @@ void myMessageOutput(QtMsgType type, QMessageLogContext const& context, QString 
     std::puts(line.toUtf8().constData());
     // An abort after a fatal message would drop what is still in the buffer.
     std::fflush(stdout);
+    if (logFile)
+        logFile->write(line);
     if (mainWindow)
         mainWindow->appendText(line);
+}
+
+void setLogFile(LogFile* file)
+{
+    logFile = file;
 }

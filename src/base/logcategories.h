@@ -16,3 +16,6 @@ Q_DECLARE_LOGGING_CATEGORY(desktopLog)
 
 /// "vireon.view": why there is no view.
 Q_DECLARE_LOGGING_CATEGORY(viewLog)
+
+/// "vireon.integration": what an administrator has switched on, see Switches.
+Q_DECLARE_LOGGING_CATEGORY(integrationLog)

@@ -3,15 +3,12 @@
 #include "base/linereader.h"
 #include "base/regularfile.h"
 #include "base/stringutil.h"
-#include "display/resolutionchangenotifier.h"
 #include "settings/brand.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QTextStream>
 #include <QThread>
@@ -444,16 +441,6 @@ void GS::saveUserSettings()
 }
 
 // --- Screen -----------------------------------------------------------------------------------
-
-void GS::init()
-{
-    const QRect geometry = QGuiApplication::primaryScreen()->geometry();
-    screenWidth = geometry.width();
-    screenHeight = geometry.height();
-    referenceLength = referenceLength / static_cast<double>(screenWidth) * 1920.0;
-    connect(ResolutionChangeNotifier::instance(), &ResolutionChangeNotifier::resolutionChanged,
-            this, &GS::onResolutionChanged);
-}
 
 void GS::onResolutionChanged(int width, int height)
 {

@@ -13,6 +13,7 @@
 #include "ui/firmwareprompt.h"
 #include "ui/keyboardrouter.h"
 #include "ui/linuxtrayiconmanager.h"
+#include "ui/logview.h"
 #include "ui/looks.h"
 #include "ui/mapwatch.h"
 #include "ui/messagechannel.h"
@@ -424,7 +425,14 @@ void MainWindow::onResolutionChanged(int width, int height)
 
 void MainWindow::appendText(QString text)
 {
-    Q_UNUSED(text)
+    if (LogView* view = logView)
+        view->append(text);
+}
+
+void MainWindow::openLogWindow()
+{
+    if (LogView* view = logView)
+        view->open();
 }
 
 QString MainWindow::brand()

@@ -9,9 +9,11 @@
 #include <QString>
 #include <QSystemTrayIcon>
 
+#include <atomic>
 #include <memory>
 
 class LinuxTrayIconManager;
+class LogView;
 class ChildProcess;
 class MessageChannel;
 class MyWidget;
@@ -82,8 +84,12 @@ public:
 
     void enableProcessorIdleMode();
 
-    /// Takes every line of the log handler. Nothing shows them yet.
+    /// Takes every line of the log handler, on the thread that logs. Where there is a log view, it
+    /// shows them.
     void appendText(QString text);
+
+    /// The view of the log, if there is to be one; it must live as long as the process.
+    void setLogView(LogView* view) { logView = view; }
 
     /// Delivers a scene mouse event to this view, see TouchTranslator::send().
     void sendEventToUI(double x, double y, int type);
@@ -139,7 +145,7 @@ public slots:
 
     void showWindow();
     void hideWindow() { hide(); }
-    void openLogWindow() { } ///< nothing to open yet
+    void openLogWindow(); ///< nothing happens where there is no log view
 
     /// The user closed the window: hides it, with a hint the first time, unless the program quits.
     void onClosing();
@@ -262,6 +268,7 @@ private:
     ViewRoot viewRoot {*this};
     TouchTranslator touchTranslator {*this};
     MessageChannel* messages = nullptr;
+    std::atomic<LogView*> logView {nullptr};
     std::unique_ptr<WindowFrame> frame; ///< of the top-level window
 };
 

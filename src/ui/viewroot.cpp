@@ -10,6 +10,7 @@
 namespace {
 
 const char* const statusProperty = "status";
+const char* const loadingProperty = "isLoading";
 const char* const statusNotifier = "statusChanged";
 
 } // namespace
@@ -61,7 +62,12 @@ void ViewRoot::setKeepingACpuRunning(bool on)
 
 void ViewRoot::setLoading(bool yes)
 {
-    write("isLoading", yes);
+    write(loadingProperty, yes);
+}
+
+bool ViewRoot::isLoading() const
+{
+    return exists() && view.rootObject()->property(loadingProperty).toBool();
 }
 
 void ViewRoot::setAspectRatioWarningShown(bool yes)

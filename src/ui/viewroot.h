@@ -29,6 +29,7 @@ public:
     void setCalibrationPaused(bool yes);
     void setKeepingACpuRunning(bool on);
     void setLoading(bool yes);
+    bool isLoading() const;
 
     /// For this run only; what persists is GS::aspectRatioWarningShown.
     void setAspectRatioWarningShown(bool yes);

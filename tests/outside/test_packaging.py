@@ -22,6 +22,10 @@ BUILD = pathlib.Path(built_programs()).parent
 ICON_SIZES = [f"{size}x{size}" for size in (16, 22, 24, 32, 48, 64, 128, 256, 512)]
 INSTALLED = {
     f"{PLACE}/vireon": 0o755,
+    f"{PLACE}/vireonctl": 0o755,
+    "/usr/local/bin/vireonctl": 0o755,
+    "/usr/local/share/man/man1/vireonctl.1.gz": 0o644,
+    "/usr/local/share/bash-completion/completions/vireonctl": 0o644,
     LAUNCHER: 0o755,
     f"{PLACE}/vireon-box": 0o755,
     **{f"{PLACE}/config/{path.name}": 0o644 for path in (TREE / "config").glob("*.conf")},

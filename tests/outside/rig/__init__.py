@@ -12,6 +12,7 @@ from .desktop import Desktop
 from .dunst import Dunst
 from .hands import HANDS, step
 from .indicator import Indicator
+from .mailbox import Mailbox
 from .mate import Mate, MateSession
 from .notifications import NotificationService
 from .processes import adopt_orphans, is_running, memory_of, wait_for
@@ -20,6 +21,6 @@ from .subject import Subject
 from .textsize import TextSize
 from .twoscreens import TwoScreens
 
-__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mate", "MateSession",
-           "NotificationService", "Subject", "TextSize", "TwoScreens", "adopt_orphans",
-           "is_running", "memory_of", "stage", "step", "wait_for"]
+__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mailbox", "Mate",
+           "MateSession", "NotificationService", "Subject", "TextSize", "TwoScreens",
+           "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]

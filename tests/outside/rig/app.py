@@ -12,7 +12,7 @@ from .journal import read_journal
 
 _CLICKABLE = ("push button", "menu item", "check box", "radio button")
 _LEFT_AFTER = 15  # s after its end in which its engine and tools end
-_PROGRAMS = ("vireon", "../simulator/vireon-main", "../simulator/vireon-sdk")
+_PROGRAMS = ("vireon", "vireonctl", "../simulator/vireon-main", "../simulator/vireon-sdk")
 
 
 def built_programs():
@@ -60,6 +60,28 @@ class App:
                 [*by, self.programs / "vireon", *arguments], env=self.environment(),
                 cwd=self.programs, stdin=subprocess.DEVNULL, stdout=output, stderr=errors)
         return self
+
+    def switch_on(self, *lines):
+        """What its administrator wrote into its file of switches, in place of the shipped one."""
+        text = "\n".join(line if "=" in line else f"{line}=true" for line in lines)
+        (self.programs / "config/integration.conf").write_text(text + "\n")
+        return self
+
+    def control(self, *words, environment=None):
+        """What vireonctl answers to these words, once it has ended."""
+        return subprocess.run([str(word) for word in (self.programs / "vireonctl", *words)],
+                              env={**self.environment(), **(environment or {})},
+                              capture_output=True, text=True, timeout=processes.PATIENCE)
+
+    def start_control(self, *words):
+        """vireonctl with these words, which goes on; its lines come into the file "controlled"."""
+        with open(self.directory / "controlled", "wb") as output:
+            return processes.spawn([self.programs / "vireonctl", *words], env=self.environment(),
+                                   stdout=output)
+
+    def controlled(self):
+        """The lines of the vireonctl that was started last."""
+        return (self.directory / "controlled").read_text().splitlines()
 
     def starter(self, launcher):
         """A script that starts it by this launcher, for others to run: they bring the desktop's

@@ -59,6 +59,11 @@ class Bus:
                               None, Gio.DBusCallFlags.NONE, -1, None, None)
         self._connection.flush_sync(None)
 
+    def emit(self, path, interface, name, signature="()", *arguments):
+        """Emits a signal of its own."""
+        self._connection.emit_signal(None, path, interface, name, GLib.Variant(signature, arguments))
+        self._connection.flush_sync(None)
+
     @staticmethod
     def variant(signature, value):
         """An argument of the signature "v"."""

@@ -1,0 +1,86 @@
+"""The machine's sleep, where an administrator lets the program take part in it."""
+
+import pytest
+
+from rig import wait_for
+
+LOGIN = ("org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager")
+MOCK = "org.freedesktop.DBus.Mock"
+DELAYS = [("sleep", "Vireon", "The engine has to let go of the camera", "delay")]
+
+
+@pytest.fixture
+def address(desktop):
+    """One bus is both the session's and the system's here."""
+    return desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
+
+
+@pytest.fixture
+def start_manager(desktop, bus, address):
+    def start():
+        desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
+        process = desktop.start("/usr/bin/python3", "-m", "dbusmock", "--template", "logind")
+        bus.wait_for_owner(LOGIN[0])
+        return process
+    return start
+
+
+def delays(bus):
+    return [inhibitor[:4] for inhibitor in bus.call(*LOGIN, "ListInhibitors")]
+
+
+def announce(bus, begins):
+    """What the login manager says when a sleep begins, and when it is over."""
+    bus.call(*LOGIN[:2], MOCK, "EmitSignal", "(sssav)", LOGIN[2], "PrepareForSleep", "b",
+             [bus.variant("b", begins)])
+
+
+def start(install, address, *switches):
+    app = install(environment={"DBUS_SYSTEM_BUS_ADDRESS": address}).switch_on(*switches).start()
+    app.wait_until_shows("Started and ready")
+    return app
+
+
+def test_engine_ends_before_the_sleep_and_starts_after_it(install, bus, address, start_manager):
+    start_manager()
+    app = start(install, address, "sleep")
+    wait_for(lambda: delays(bus) == DELAYS, what="a delay")
+    for _ in range(2):
+        first = app.engine_pid()
+        announce(bus, True)
+        wait_for(lambda: delays(bus) == [], what="no delay any more")
+        assert app.engine_pids() == []
+        announce(bus, False)
+        wait_for(lambda: delays(bus) == DELAYS, what="a delay for the next sleep")
+        assert app.engine_pid() != first
+        app.wait_until_shows("Started and ready")
+    assert app.log_count("Vireon exited") == 0
+
+
+def test_signals_of_others_are_passed_over(install, bus, address, start_manager):
+    start_manager()
+    app = start(install, address, "sleep")
+    wait_for(lambda: delays(bus) == DELAYS, what="a delay")
+    before = app.engine_pid()
+    bus.emit(*LOGIN[1:], "PrepareForSleep", "(b)", True)
+    announce(bus, False)  # behind it
+    wait_for(lambda: app.log_count("woken up"), what="the login manager's word")
+    assert app.log_count("going to sleep") == 0
+    wait_for(lambda: app.engine_pids() and app.engine_pid() != before, what="the engine it starts")
+
+
+def test_login_manager_may_come_later(install, bus, address, start_manager):
+    app = start(install, address, "sleep")
+    assert app.log_count("sleep is not delayed") == 1
+    start_manager()
+    wait_for(lambda: delays(bus) == DELAYS, what="a delay")
+
+
+def test_switched_off_takes_no_part(install, bus, address, start_manager):
+    start_manager()
+    app = start(install, address)
+    before = app.engine_pid()
+    announce(bus, True)
+    app.click("Manual Calibration")
+    wait_for(lambda: app.letters() == ["m"], what="the engine's letter")
+    assert delays(bus) == [] and app.engine_pid() == before
