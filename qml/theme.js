@@ -23,7 +23,6 @@ var warning = "#ffc14d";
 var failure = "#ff8a80";
 
 // Layers over something else.
-var shade = "#000000"; // over a pressed picture, with an opacity of its own
 var gloss = "#ffffff"; // over a control below the mouse, with an opacity of its own
 var veil = "#33ffffff"; // a quiet button; a title bar
 var glass = "#01ffffff"; // a radio button at rest: as good as clear

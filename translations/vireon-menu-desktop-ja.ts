@@ -5,7 +5,7 @@
     <name>AdvicePopUp</name>
     <message>
         <source>Auto calibration depends on the type of your screen and ambient lighting conditions. If you do not see accurate performance post auto calibration, perform a manual calibration again which is robust for all scenarios.</source>
-        <translation>自動キャリブレーションの結果は、スクリーンの種類や周囲の明るさに左右されます。自動キャリブレーション後の精度が十分でない場合は、どのような環境でも確実な手動キャリブレーションをやり直してください。</translation>
+        <translation>自動キャリブレーションの結果は、スクリーンの種類や周囲の明るさに左右されます。実行後の精度が十分でない場合は、どのような環境でも確実な手動キャリブレーションをやり直してください。</translation>
     </message>
     <message>
         <source>Auto Calibration</source>

@@ -3,15 +3,23 @@
 Each one takes the path of its picture. SCENES names them.
 """
 
+import contextlib
 import functools
 import re
+import subprocess
+import tempfile
 import time
 
-from rig import App, Indicator, Mate, Subject, stage, wait_for
+from rig import App, Indicator, Mate, Subject, TextSize, stage, views, wait_for
 from rig.indicator import start_host
 from rig.mate import INDICATORS
 
 READY = "Started and ready"
+LOCALES = {"german": "de_DE", "japanese": "ja_JP"}
+# What the menus and the prompt are also shown in: by the ending of a picture's name, the language
+# and the dots per inch.
+VARIANTS = {"": ("english", 96), "-de": ("german", 96), "-ja": ("japanese", 96),
+            "-192": ("english", 192)}
 BRANDS = {"qor": 0, "tal": 1, "wendle": 2, "marrowby": 4}
 MARGIN = 40  # px of the desktop around what a picture is about
 PAINTING = 0.7  # s until what is told is painted, too
@@ -46,10 +54,26 @@ def set_brand(app, brand):
     path.write_text(re.sub(r"(?m)^brand=.*", f"brand={brand}", path.read_text()))
 
 
-def menu(title, path):
-    with stage("at 0 status 0\n") as app:
-        app.start().wait_until_shows(READY)
-        app.click(title)
+@contextlib.contextmanager
+def variant_stage(scenario, language, dpi):
+    """A stage in another language and text size."""
+    with tempfile.TemporaryDirectory(prefix="vireon-") as place:
+        variables = {}
+        if language in LOCALES:
+            locale = LOCALES[language]
+            subprocess.run(["localedef", "-i", locale, "-f", "UTF-8", f"{place}/{locale}.UTF-8"],
+                           check=True)
+            variables = {"LANG": f"{locale}.UTF-8", "LOCPATH": place}
+        with stage(scenario, environment=variables) as app:
+            TextSize(app.desktop, dpi)
+            yield app
+
+
+def menu(title, variant, path):
+    language, dpi = VARIANTS[variant]
+    with variant_stage("at 0 status 0\n", language, dpi) as app:
+        app.start().wait_until_shows(views.READY[language])
+        app.click(title.called(language))
         around_window(app, path)
 
 
@@ -61,13 +85,14 @@ def splash(code, path):
         around_window(app, path, 100)
 
 
-def firmware_prompt(code, path):
-    with stage("at 0 status 0 firmware 1\n") as app:
+def firmware_prompt(code, variant, path):
+    language, dpi = VARIANTS[variant]
+    with variant_stage("at 0 status 0 firmware 1\n", language, dpi) as app:
         set_brand(app, BRANDS[code])
-        app.start().wait_until_shows(READY)
-        app.click("File")
-        app.click("Update Firmware")
-        app.wait_until_shows("A new firmware")
+        app.start().wait_until_shows(views.READY[language])
+        app.click(next(iter(views.MENUS)).called(language))
+        app.click(views.FIRMWARE.called(language))
+        app.wait_until_shows("1.2")  # the version that it offers
         around_window(app, path)
 
 
@@ -138,11 +163,12 @@ def indicator_menu(path):
 
 
 SCENES = {
-    **{f"menu-{title.lower()}": functools.partial(menu, title)
-       for title in ("File", "Calibration", "Help")},
+    **{f"menu-{title.english.lower()}{variant}": functools.partial(menu, title, variant)
+       for variant in VARIANTS for title in views.MENUS},
     **{f"splash-{code}": functools.partial(splash, code) for code in BRANDS},
-    "firmware-prompt": functools.partial(firmware_prompt, "qor"),
-    "firmware-prompt-tal": functools.partial(firmware_prompt, "tal"),
+    **{f"firmware-prompt{variant}": functools.partial(firmware_prompt, "qor", variant)
+       for variant in VARIANTS},
+    "firmware-prompt-tal": functools.partial(firmware_prompt, "tal", ""),
     "second-start": second_start,
     "log-window": log_window,
     "tray": tray,
