@@ -375,6 +375,32 @@ void GS::deriveCameraGeometry()
     cameraHalfDiagonal = cameraCentre.length();
 }
 
+// --- The manual of both files -----------------------------------------------------------------
+
+const char* GS::configLineKind(std::size_t line)
+{
+    const auto kind = Overloaded {
+        [](const Ignored&) { return "nothing"; },
+        [](const Integer&) { return "whole number"; },
+        [](const Real&) { return "number"; },
+        [](const NonZeroFlag&) { return "flag, on unless 0"; },
+        [](const OneFlag&) { return "flag, on if 1"; },
+        [](const Text&) { return "text"; },
+    };
+    return std::visit(kind, configLines.at(line));
+}
+
+const char* GS::userLineKind(std::size_t line)
+{
+    const auto kind = Overloaded {
+        [](int GS::*) { return "whole number"; },
+        [](bool GS::*) { return "flag, on unless 0"; },
+        [](std::atomic<int> GS::*) { return "whole number"; },
+        [](TransformValue) { return "number"; },
+    };
+    return std::visit(kind, userLines.at(line));
+}
+
 // --- User settings file -----------------------------------------------------------------------
 
 void GS::loadUserSettings()

@@ -60,6 +60,11 @@ public:
     /// undefined referenceLength.
     void init();
 
+    /// What is read from a line of the configuration file (0 to 122) or of the user settings file
+    /// (0 to 14), in a word or two for their manual.
+    static const char* configLineKind(std::size_t line);
+    static const char* userLineKind(std::size_t line);
+
     // Paths and names. "Derived" ones lie in dataDir.
     const char* acConfPath = "config/ac.conf"; ///< engine file, relative to the engine's directory
     std::string debugDir = "debug/"; ///< derived: "debug"
