@@ -7,7 +7,8 @@ import functools
 import re
 import time
 
-from rig import App, Indicator, Mate, Subject, stage, wait_for
+from language import stage
+from rig import App, Indicator, Mate, Subject, wait_for
 from rig.indicator import start_host
 from rig.mate import INDICATORS
 
