@@ -164,6 +164,15 @@ def test_packages_keep_the_rules(directory, packages):
         assert (directory / "again" / package.name).read_bytes() == package.read_bytes()
 
 
+def test_what_ships_is_hardened():
+    if "CMAKE_BUILD_TYPE:STRING=Release\n" not in (BUILD / "CMakeCache.txt").read_text():
+        pytest.skip("only the release build ships")
+    for name in ("bin/vireon", "bin/vireon-box", "simulator/vireon-main", "simulator/vireon-sdk"):
+        assert re.search(r"\(FLAGS_1\).*NOW.*PIE", run("readelf", "-d", BUILD / name)), name
+    symbols = run("nm", "-D", BUILD / "bin/vireon")
+    assert "__stack_chk_fail@" in symbols and "printf_chk@" in symbols
+
+
 def test_package_needs_its_tools(directory):
     for tool, package in NEEDED_TOOLS.items():
         tools = directory / tool
