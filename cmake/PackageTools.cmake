@@ -1,5 +1,5 @@
 # Run by CPack before it makes the packages: without these tools it makes wrong ones, in silence.
-foreach(pair dpkg-shlibdeps=dpkg-dev file=file)
+foreach(pair dpkg-shlibdeps=dpkg-dev file=file pandoc=pandoc)
     string(REPLACE "=" ";" pair "${pair}")
     list(GET pair 0 tool)
     list(GET pair 1 package)

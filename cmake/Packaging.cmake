@@ -74,6 +74,8 @@ install(FILES packaging/Vireon.desktop DESTINATION /etc/xdg/autostart COMPONENT 
 install(TARGETS vireon-main vireon-sdk
     DESTINATION ${programDirectory} COMPONENT simulator EXCLUDE_FROM_ALL)
 
+include(UserGuide)
+
 foreach(component vireon simulator)
     string(REPLACE "simulator" "vireon-simulator" package ${component})
     install(FILES "${madeDirectory}/debian/changelog.gz" "${madeDirectory}/debian/copyright"

@@ -55,6 +55,7 @@ def finish(path, seconds):
         head = HEADER.format(name, seconds, 0, 0, "100644", len(content))
         package += head.encode() + content + b"\n" * (len(content) % 2)
     path.write_bytes(package)
+    path.chmod(0o644)
 
 
 if __name__ == "__main__":

@@ -15,7 +15,8 @@ from PIL import Image
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "tests/outside"))
 
-from rig import adopt_orphans, stage, wait_for  # noqa: E402
+from language import stage  # noqa: E402
+from rig import adopt_orphans, wait_for  # noqa: E402
 from scenes import SCENES  # noqa: E402
 
 COLOURS = 96  # of a picture, which keeps it small

@@ -10,7 +10,8 @@ import subprocess
 import tempfile
 import time
 
-from rig import App, Indicator, Mate, Subject, TextSize, stage, views, wait_for
+from language import stage
+from rig import App, Indicator, Mate, Subject, TextSize, views, wait_for
 from rig.indicator import start_host
 from rig.mate import INDICATORS
 

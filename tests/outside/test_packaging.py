@@ -37,9 +37,14 @@ INSTALLED = {
     "/usr/local/share/man/man1/vireon.1.gz": 0o644,
     "/etc/xdg/autostart/Vireon.desktop": 0o644,
     "/usr/local/share/icons/hicolor/scalable/apps/vireon.svg": 0o644,
+    **{f"/usr/share/doc/vireon/{path.name[:-3]}.html": 0o644
+       for path in (TREE / "docs").glob("user-guide*.md")},
+    **{f"/usr/share/doc/vireon/{path.relative_to(TREE / 'docs')}": 0o644
+       for path in (TREE / "docs/guide").glob("*/*.png")},
     **{f"/usr/local/share/icons/hicolor/{size}/apps/vireon.png": 0o644 for size in ICON_SIZES},
 }
 SIMULATOR = {f"{PLACE}/vireon-main": 0o755, f"{PLACE}/vireon-sdk": 0o755}
+NEEDED_TOOLS = {"dpkg-shlibdeps": "dpkg-dev", "file": "file", "pandoc": "pandoc"}
 # Nobody's: dpkg would remove what it finds empty.
 SHARED = {"/usr/local", "/usr/local/bin", "/usr/local/share", "/usr/local/share/man"}
 
@@ -163,11 +168,20 @@ def test_packages_keep_the_rules(directory, packages):
         assert (directory / "again" / package.name).read_bytes() == package.read_bytes()
 
 
+def test_what_ships_is_hardened():
+    if "CMAKE_BUILD_TYPE:STRING=Release\n" not in (BUILD / "CMakeCache.txt").read_text():
+        pytest.skip("only the release build ships")
+    for name in ("bin/vireon", "bin/vireon-box", "simulator/vireon-main", "simulator/vireon-sdk"):
+        assert re.search(r"\(FLAGS_1\).*NOW.*PIE", run("readelf", "-d", BUILD / name)), name
+    symbols = run("nm", "-D", BUILD / "bin/vireon")
+    assert "__stack_chk_fail@" in symbols and "printf_chk@" in symbols
+
+
 def test_package_needs_its_tools(directory):
-    for tool, package in (("dpkg-shlibdeps", "dpkg-dev"), ("file", "file")):
+    for tool, package in NEEDED_TOOLS.items():
         tools = directory / tool
         tools.mkdir()
-        for name in ("dpkg-shlibdeps", "file", "cmake"):
+        for name in (*NEEDED_TOOLS, "cmake"):
             if name != tool:
                 (tools / name).symlink_to(shutil.which(name))
         result = subprocess.run(

@@ -10,16 +10,16 @@ from .desktop import Desktop
 
 
 @contextlib.contextmanager
-def stage(scenario=None, kind=Desktop, **options):
-    """Gives an App that is not yet started, on this kind of desktop; the options are the App's.
-    Everything of it is gone afterwards."""
+def stage(scenario=None, kind=Desktop, program=App, **options):
+    """Gives an App that is not yet started, on this kind of desktop; the options are the App's, or
+    those of the kind of App that is named. Everything of it is gone afterwards."""
     directory = pathlib.Path(tempfile.mkdtemp(prefix="vireon-"))
     try:
         place = directory / "desktop"
         place.mkdir()
         desktop = kind(place)
         try:
-            app = App(desktop, directory / "copy", scenario=scenario, **options)
+            app = program(desktop, directory / "copy", scenario=scenario, **options)
             try:
                 yield app
             finally:
