@@ -4,21 +4,21 @@
 #include "base/filelock.h"
 #include "base/keyfile.h"
 #include "base/keyfilewatch.h"
+#include "base/logcategories.h"
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QRandomGenerator>
 #include <QThread>
 
 #include <sys/shm.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace {
-
-Q_LOGGING_CATEGORY(guardLog, "vireon.guard")
 
 constexpr int waitAtStartMs = 2500;
 constexpr int waitForLookMs = 100;
@@ -120,12 +120,10 @@ void RunGuard::release()
         return;
     watch.reset();
     const FileLock turn(lockPath(), waitAtEndMs);
-    if (!turn.isHeld()) {
-        // One that is stopped in a step of its own may hold them; Qt makes removed ones anew.
-        KeyFile::removeSemaphore(KeyFile::semaphorePath(memLockKey));
-        KeyFile::removeSemaphore(KeyFile::semaphorePath(sharedmemKey));
-    }
-    detachMarker();
+    if (turn.isHeld())
+        detachMarker();
+    else
+        abandonMarker();
 }
 
 void RunGuard::announceEnd()
@@ -245,6 +243,28 @@ void RunGuard::detachMarker()
     memLock->release();
     memLock.reset();
     sharedMem.reset();
+    forgetMarker();
+}
+
+/// Without the file lock: Qt's steps could wait for a process that is stopped in its own.
+void RunGuard::abandonMarker()
+{
+    KeyFile::removeSegment(KeyFile::segmentPath(sharedmemKey));
+    shmdt(sharedMem->constData());
+    for (const QString& lock : {memLockKey, sharedmemKey})
+        KeyFile::removeSemaphore(KeyFile::semaphorePath(lock));
+    struct Abandoned
+    {
+        std::unique_ptr<QSystemSemaphore> lock;
+        std::unique_ptr<QSharedMemory> marker;
+    };
+    static auto* const kept = new std::vector<Abandoned>; // never destroyed, like what it holds
+    kept->push_back({std::move(memLock), std::move(sharedMem)});
+    forgetMarker();
+}
+
+void RunGuard::forgetMarker()
+{
     markerId = -1;
     holdsMarker = false;
     if (holder == this)

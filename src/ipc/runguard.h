@@ -73,6 +73,8 @@ private:
     bool prepareLock(QString const& variant);
     bool prepareMarker(QString const& variant);
     void detachMarker();
+    void abandonMarker();
+    void forgetMarker();
     void renewMarker();
     QString lockPath() const;
 
