@@ -15,13 +15,14 @@ public:
     explicit SubjectProcess(const QString& name, const QStringList& arguments,
                             const QStringList& prefix = {})
     {
+        QSet<pid_t>& users = SystemVObjects::users(); // before it makes any object
         process.setProcessChannelMode(QProcess::SeparateChannels);
         QStringList words = prefix;
         words << QStringLiteral(SUBJECT_DIR "/") + name << arguments;
         const QString program = words.takeFirst();
         process.start(program, words);
         process.waitForStarted();
-        SystemVObjects::users().insert(static_cast<pid_t>(process.processId()));
+        users.insert(static_cast<pid_t>(process.processId()));
     }
 
     ~SubjectProcess()

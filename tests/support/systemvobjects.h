@@ -11,10 +11,12 @@
 class SystemVObjects
 {
 public:
-    /// The processes whose objects removeAll() looks for.
+    /// The processes whose objects removeAll() looks for. To be asked first before any subject is
+    /// started: what is there then is others', whose processes' ids may come again.
     static QSet<pid_t>& users()
     {
         static QSet<pid_t> pids {getpid()};
+        strangers();
         return pids;
     }
 
@@ -33,25 +35,49 @@ public:
     }
 
 private:
-    template <class ForSemaphore, class ForSegment>
-    static int forEach(ForSemaphore forSemaphore, ForSegment forSegment)
+    struct Ids
     {
-        int found = 0;
+        QSet<int> semaphores;
+        QSet<int> segments;
+    };
+
+    static const Ids& strangers()
+    {
+        static const Ids ids = all();
+        return ids;
+    }
+
+    static Ids all()
+    {
+        Ids ids;
         seminfo highest = {};
         const int lastSemaphore = semctl(0, 0, SEM_INFO, &highest);
         for (int index = 0; index <= lastSemaphore; ++index) {
             semid_ds state = {};
-            const int id = semctl(index, 0, SEM_STAT, &state);
+            ids.semaphores.insert(semctl(index, 0, SEM_STAT, &state));
+        }
+        shmid_ds state = {};
+        const int lastSegment = shmctl(0, SHM_INFO, &state);
+        for (int index = 0; index <= lastSegment; ++index)
+            ids.segments.insert(shmctl(index, SHM_STAT, &state));
+        return ids;
+    }
+
+    template <class ForSemaphore, class ForSegment>
+    static int forEach(ForSemaphore forSemaphore, ForSegment forSegment)
+    {
+        int found = 0;
+        const Ids ids = all();
+        for (const int id : ids.semaphores - strangers().semaphores) {
             if (id >= 0 && users().contains(semctl(id, 0, GETPID))) {
                 ++found;
                 forSemaphore(id);
             }
         }
-        shmid_ds state = {};
-        const int lastSegment = shmctl(0, SHM_INFO, &state);
-        for (int index = 0; index <= lastSegment; ++index) {
-            const int id = shmctl(index, SHM_STAT, &state);
-            if (id >= 0 && (users().contains(state.shm_lpid) || users().contains(state.shm_cpid))) {
+        for (const int id : ids.segments - strangers().segments) {
+            shmid_ds state = {};
+            if (id >= 0 && shmctl(id, IPC_STAT, &state) == 0
+                && (users().contains(state.shm_lpid) || users().contains(state.shm_cpid))) {
                 ++found;
                 forSegment(id);
             }
