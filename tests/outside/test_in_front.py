@@ -4,7 +4,7 @@ import re
 
 import pytest
 
-from rig import Busy, Desktop, Mate, wait_for
+from rig import Busy, Desktop, Gnome, Mate, wait_for
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 
@@ -67,6 +67,37 @@ def test_window_comes_over_one_in_use(desktop, first, out_of_the_way, state, way
     wait_for(lambda: desktop.active_window() == window, what="the window with the keyboard")
     # The keyboard is not only the window's but its view's.
     wait_for(lambda: desktop.key("Tab") or first.focus(), what="a control with the keyboard")
+
+
+@pytest.fixture
+def activate(bus):
+    """By the session bus, as the desktop does for an entry of its menu."""
+    return lambda first: bus.call("com.corvanthel.Vireon", "/com/corvanthel/Vireon",
+                                  "org.freedesktop.Application", "Activate", "(a{sv})", {})
+
+
+@pytest.mark.parametrize("make_desktop", [Gnome])
+@pytest.mark.parametrize("way", ["start_again", "activate"])
+@pytest.mark.parametrize("state", ["covered", "minimised", "hidden"])
+def test_window_comes_over_one_in_use_on_gnome(desktop, install, state, way, request):
+    call = request.getfixturevalue(way)
+    first = install().start()
+    first.wait_until_shows("Started and ready")
+    (window,) = first.windows()
+    busy = Busy(desktop)
+    busy.use()
+    if state == "minimised":
+        desktop.run("xdotool", "windowminimize", int(window, 16))
+        wait_for(lambda: "_HIDDEN" in desktop.run("xprop", "-id", window, "_NET_WM_STATE"),
+                 what="a minimised window")
+    elif state == "hidden":
+        desktop.run("wmctrl", "-i", "-c", window)
+        wait_for(lambda: not desktop.is_shown(window), what="a hidden window")
+    busy.use()
+    call(first)
+    wait_for(lambda: desktop.is_shown(window) and not busy.covers(window),
+             what="the window over the other one")
+    wait_for(lambda: desktop.active_window() == window, what="the window with the keyboard")
 
 
 @pytest.mark.parametrize("make_desktop", [Desktop, Mate])

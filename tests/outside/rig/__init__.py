@@ -11,6 +11,7 @@ from .busy import Busy
 from .desktop import Desktop
 from .dunst import Dunst
 from .hands import HANDS, step
+from .gnome import Gnome
 from .indicator import Indicator
 from .mailbox import Mailbox
 from .mate import Mate, MateSession
@@ -21,6 +22,6 @@ from .subject import Subject
 from .textsize import TextSize
 from .twoscreens import TwoScreens
 
-__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "HANDS", "Indicator", "Mailbox", "Mate",
-           "MateSession", "NotificationService", "Subject", "TextSize", "TwoScreens",
+__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "Gnome", "HANDS", "Indicator", "Mailbox",
+           "Mate", "MateSession", "NotificationService", "Subject", "TextSize", "TwoScreens",
            "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]
