@@ -16,7 +16,7 @@ LogFile::LogFile(const QString& itsPath, qint64 itsLimit, qint64 itsKept)
 void LogFile::write(const QString& line)
 {
     const QByteArray bytes = line.toUtf8() + '\n';
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     if (!file.isOpen())
         return;
     if (size > 0 && size + bytes.size() > limit && !beginAnew()) {

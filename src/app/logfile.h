@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QFile>
-#include <QMutex>
 #include <QString>
+
+#include <mutex>
 
 /**
  * The log in a file, which begins anew when it has grown to its limit; the older ones are kept
@@ -29,7 +30,7 @@ private:
     const QString path;
     const qint64 limit;
     const qint64 kept;
-    QMutex mutex;
+    std::mutex mutex;
     QFile file;
     qint64 size = 0; ///< of the file that is open
 };

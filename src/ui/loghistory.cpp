@@ -5,7 +5,7 @@
 void LogHistory::append(const QString& text)
 {
     const QStringList added = text.split(QLatin1Char('\n'));
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     for (const QString& line : added) {
         kept.push_back(line);
         if (kept.size() > capacity) {
@@ -17,19 +17,19 @@ void LogHistory::append(const QString& text)
 
 qint64 LogHistory::begin() const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     return first;
 }
 
 qint64 LogHistory::end() const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     return first + static_cast<qint64>(kept.size());
 }
 
 QStringList LogHistory::lines(qint64 number, int count) const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     const auto size = static_cast<qint64>(kept.size());
     const qint64 from = std::clamp<qint64>(number - first, 0, size);
     const qint64 to = std::clamp<qint64>(number - first + count, from, size);
@@ -41,7 +41,7 @@ QStringList LogHistory::lines(qint64 number, int count) const
 
 qint64 LogHistory::find(const QString& text, qint64 from) const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     const auto size = static_cast<qint64>(kept.size());
     const qint64 start = std::max<qint64>(from - first, 0);
     for (qint64 step = 0; step < size; ++step) {
@@ -54,7 +54,7 @@ qint64 LogHistory::find(const QString& text, qint64 from) const
 
 QString LogHistory::text() const
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard locker(mutex);
     QString all;
     for (const QString& line : kept)
         all += line + QLatin1Char('\n');

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QMutex>
 #include <QString>
 #include <QStringList>
 
 #include <deque>
+#include <mutex>
 
 /**
  * The last 10,000 lines of the log. Each has a number, from 0 on since the start, by which it is
@@ -32,7 +32,7 @@ public:
     QString text() const;
 
 private:
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     std::deque<QString> kept;
     qint64 first = 0; ///< the number of the first one kept
 };
