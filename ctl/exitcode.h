@@ -3,7 +3,6 @@
 /// What vireonctl ends with; its help and its manual page tell the same.
 enum ExitCode : int {
     ExitDone = 0,
-    ExitFailed = 1, ///< a file cannot be written
     ExitUsage = 2,
     ExitNoController = 3,
     ExitNotInTime = 4,

@@ -81,6 +81,14 @@ private:
     bool finger;
 };
 
+/// Shows another window and makes it the one in use. Whether it is.
+bool use(QWidget& other)
+{
+    other.show();
+    other.activateWindow();
+    return QTest::qWaitFor([&other] { return other.isActiveWindow(); }, patienceMs);
+}
+
 void addPointers()
 {
     QTest::addColumn<bool>("isFinger");
@@ -258,9 +266,7 @@ void TestMainWindowPointer::clickMakesTheWindowActive()
     QFETCH(bool, isFinger);
     QVERIFY(makeClickable());
     QWidget other;
-    other.show();
-    other.activateWindow();
-    QTRY_VERIFY_WITH_TIMEOUT(other.isActiveWindow(), patienceMs);
+    QVERIFY(use(other));
     Pointer pointer(view, isFinger);
     pointer.press({2, 2});
     pointer.release({2, 2});
@@ -278,9 +284,7 @@ void TestMainWindowPointer::windowIsActiveOnlyAfterTheClick()
     QFETCH(bool, isFinger);
     QVERIFY(makeClickable());
     QWidget other;
-    other.show();
-    other.activateWindow();
-    QTRY_VERIFY_WITH_TIMEOUT(other.isActiveWindow(), patienceMs);
+    QVERIFY(use(other));
     const QPoint place = centreOf("Manual Calibration");
     log->clear();
     Pointer pointer(view, isFinger);
