@@ -25,9 +25,11 @@ MapWatch::MapWatch(QWidget& itsWindow, QObject* parent)
 
 bool MapWatch::nativeEventFilter(const QByteArray& type, void* message, long* /*result*/)
 {
-    if (type == "xcb_generic_event_t" && tellsOfManager(message, *window.windowHandle()))
+    if (type != "xcb_generic_event_t")
+        return false;
+    if (tellsOfManager(message, *window.windowHandle()))
         delay.start();
-    return false;
+    return tellsOfPastShowing(message, *window.windowHandle());
 }
 
 void MapWatch::look()

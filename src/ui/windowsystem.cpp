@@ -32,6 +32,13 @@ xcb_window_t idOf(const QWindow& window)
     return static_cast<xcb_window_t>(window.winId());
 }
 
+/// Of an event, whoever sent it.
+int typeOf(const void* event)
+{
+    constexpr uint8_t sentByProgram = 0x80;
+    return static_cast<const xcb_generic_event_t*>(event)->response_type & ~sentByProgram;
+}
+
 template <typename Reply> using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
 
 xcb_atom_t atom(const char* name)
@@ -86,13 +93,23 @@ void handKeyboardOn(const QWindow& from, QWindow& to)
 
 bool tellsOfManager(const void* event, const QWindow& window)
 {
-    constexpr uint8_t sentByProgram = 0x80;
     const auto* change = static_cast<const xcb_property_notify_event_t*>(event);
-    if ((change->response_type & ~sentByProgram) != XCB_PROPERTY_NOTIFY
-        || change->window != idOf(window))
+    if (typeOf(event) != XCB_PROPERTY_NOTIFY || change->window != idOf(window))
         return false;
     static const xcb_atom_t managerState = atom(managerStateName);
     return change->atom == managerState;
+}
+
+bool tellsOfPastShowing(const void* event, const QWindow& window)
+{
+    const auto* showing = static_cast<const xcb_map_notify_event_t*>(event);
+    if (typeOf(event) != XCB_MAP_NOTIFY || showing->window != idOf(window))
+        return false;
+    const xcb_get_window_attributes_cookie_t question =
+        xcb_get_window_attributes(server(), idOf(window));
+    const Answer<xcb_get_window_attributes_reply_t> answer {
+        xcb_get_window_attributes_reply(server(), question, nullptr), &std::free};
+    return answer && answer->map_state == XCB_MAP_STATE_UNMAPPED;
 }
 
 bool isWithdrawn(const QWindow& window)

@@ -21,6 +21,10 @@ void handKeyboardOn(const QWindow& from, QWindow& to);
 /// @p window: that it manages it, has minimised it or has let it go.
 bool tellsOfManager(const void* event, const QWindow& window);
 
+/// Whether @p event, as above, tells that @p window is mapped when it is so no more. The
+/// X server is asked, and waited for.
+bool tellsOfPastShowing(const void* event, const QWindow& window);
+
 /// Whether the window manager has let @p window go. The X server is asked, and waited for; where
 /// there is none, false.
 bool isWithdrawn(const QWindow& window);
