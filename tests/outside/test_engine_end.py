@@ -34,7 +34,7 @@ def test_engine_gets_one_sigterm_and_its_time(install, status):
     engine = app.engine_pid()
     assert app.quit() == 0
     app.wait_for_end_of_all()
-    (term,) = [event for event in app.journal("asked") if event.pid == engine]
+    (term,) = [event for event in app.requests_to_end() if event.pid == engine]
     (end,) = [event for event in app.journal("exit") if event.pid == engine]
     assert term.fields["signal"] == "TERM" and end.fields["code"] == "0"
     assert end.ms - term.ms >= 2900, "it had no time for its devices"

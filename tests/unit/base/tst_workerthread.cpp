@@ -138,6 +138,8 @@ void TestWorkerThread::threadThatCannotBeStartedLeavesNothing()
     // And the next one runs.
     QVERIFY(WorkerThread::doWork(&receiver, SLOT(work()), -1));
     QTRY_COMPARE(receiver.threadsEnded.load(), 1);
+    QVERIFY(WorkerThread::waitForAll(patienceMs));
+    QCOMPARE(receiver.runs.load(), 1);
 }
 
 void TestWorkerThread::slotGetsTheArgument()
