@@ -3,15 +3,15 @@
 #include "app/fonts.h"
 #include "app/integration.h"
 #include "app/quitrequests.h"
+#include "app/quitsequence.h"
 #include "app/resources.h"
 #include "app/version.h"
 #include "base/desktop.h"
-#include "base/workerthread.h"
-#include "engine/graceperiod.h"
 #include "engine/sdkhelper.h"
 #include "ipc/runguard.h"
 #include "settings/filehelper.h"
 #include "settings/globalsettings.h"
+#include "ui/datadirectorycheck.h"
 #include "ui/errorbox.h"
 #include "ui/looks.h"
 #include "ui/mainwindow.h"
@@ -28,26 +28,11 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
-#include <unistd.h>
 #include <utility>
-
-// How the program ends. MainWindow::exitApp() is the only way out, for the user and, through
-// QuitRequests, for the system. It sends the engine's command "Q" to a thread of its own, hides all
-// that shows and waits 800 ms without an event loop, in which an exit of the engine would be taken
-// for a crash. The workers go on meanwhile: a command that waits for its engine runs when that gets
-// ready, and the status reader reports to nobody. Then the event loop ends, and end() follows:
-//  1. WorkerThread::stopAll() cuts every sleep, and each worker leaves at its next look, 500 ms for
-//     all. A tool that still runs is left alone.
-//  2. What the process holds is given back: the guard always, translator and application only when
-//     no thread is alive that might use them. Main window and supervisor are never destroyed.
-//  3. GracePeriod: an engine or a tool that still runs has 5 s after the SIGTERM that it gets with
-//     the end of this process.
-//  4. The process leaves without its static destructors.
 
 namespace {
 
 constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
-constexpr int quitBudgetMs = 500; // for all workers together
 
 void installTranslation(QTranslator& translator)
 {
@@ -91,6 +76,13 @@ void prepareApplication()
     chooseRenderer();
 }
 
+void showDataDirectoryProblem()
+{
+    const QString problem = DataDirectoryCheck::problem();
+    if (!problem.isEmpty())
+        showErrorBox(mainWindow->appName(), problem);
+}
+
 /// Makes and shows the main window, and starts the engine. False when there is nothing to show: the
 /// user knows then.
 bool start(QTranslator& translator, Integration& integration)
@@ -118,35 +110,8 @@ bool start(QTranslator& translator, Integration& integration)
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
     // The box waits for the user, and everything else must not.
-    QMetaObject::invokeMethod(mainWindow, &MainWindow::checkDataDirectory, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(mainWindow, &showDataDirectoryProblem, Qt::QueuedConnection);
     return true;
-}
-
-/// Ends the process without the static destructors, which must not run under living threads.
-[[noreturn]] void leave(int status)
-{
-    std::fflush(nullptr);
-    _exit(status);
-}
-
-/// Gives back all that the process holds, and leaves. See above for what may still run.
-[[noreturn]] void end(std::unique_ptr<QApplication> application, std::unique_ptr<RunGuard> guard,
-                      std::unique_ptr<QTranslator> translator, int status)
-{
-    WorkerThread::stopAll();
-    const bool alone = WorkerThread::waitForAll(quitBudgetMs);
-    // The application object takes the window along, and with it all that is in it.
-    mainWindow->setParent(nullptr);
-    if (!alone) {
-        static_cast<void>(translator.release());
-        static_cast<void>(application.release());
-    }
-    translator.reset();
-    guard.reset();
-    application.reset();
-    std::fflush(nullptr);
-    GracePeriod::begin();
-    _exit(status);
 }
 
 int run(int& argc, char** argv, const CommandLine& commandLine)
@@ -167,7 +132,7 @@ int run(int& argc, char** argv, const CommandLine& commandLine)
     auto* integration = new Integration(commandLine);
     auto translator = std::make_unique<QTranslator>();
     const int status = start(*translator, *integration) ? QApplication::exec() : EXIT_FAILURE;
-    end(std::move(application), std::move(guard), std::move(translator), status);
+    QuitSequence::end(std::move(application), std::move(guard), std::move(translator), status);
 }
 
 } // namespace
@@ -178,7 +143,7 @@ int main(int argc, char* argv[])
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     CommandLine commandLine(argc, argv);
     if (const std::optional<int> status = commandLine.answer())
-        leave(*status);
+        QuitSequence::leave(*status);
     initResources();
-    leave(run(argc, argv, commandLine));
+    QuitSequence::leave(run(argc, argv, commandLine));
 }

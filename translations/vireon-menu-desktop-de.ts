@@ -56,6 +56,17 @@
     </message>
 </context>
 <context>
+    <name>DataDirectoryCheck</name>
+    <message>
+        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
+        <translation>Vireon braucht den Ordner „%1“, den es nicht gibt. Legen Sie ihn an und starten Sie Vireon neu.</translation>
+    </message>
+    <message>
+        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
+        <translation>Vireon kann nicht in den Ordner „%1“ schreiben. Ändern Sie seinen Besitzer oder seine Zugriffsrechte und starten Sie Vireon neu.</translation>
+    </message>
+</context>
+<context>
     <name>FirmwarePrompt</name>
     <message>
         <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
@@ -244,14 +255,6 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     <message>
         <source>Multi Input (Touch) mode is active</source>
         <translation>Mehrfacheingabe (Touch) ist aktiv</translation>
-    </message>
-    <message>
-        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
-        <translation>Vireon braucht den Ordner „%1“, den es nicht gibt. Legen Sie ihn an und starten Sie Vireon neu.</translation>
-    </message>
-    <message>
-        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
-        <translation>Vireon kann nicht in den Ordner „%1“ schreiben. Ändern Sie seinen Besitzer oder seine Zugriffsrechte und starten Sie Vireon neu.</translation>
     </message>
 </context>
 <context>

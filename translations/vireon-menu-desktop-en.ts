@@ -56,6 +56,17 @@
     </message>
 </context>
 <context>
+    <name>DataDirectoryCheck</name>
+    <message>
+        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
+        <translation>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</translation>
+    </message>
+    <message>
+        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
+        <translation>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</translation>
+    </message>
+</context>
+<context>
     <name>FirmwarePrompt</name>
     <message>
         <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
@@ -244,14 +255,6 @@ at 60Hz refresh rate or more.</translation>
     <message>
         <source>Multi Input (Touch) mode is active</source>
         <translation>Multi Input (Touch) mode is active</translation>
-    </message>
-    <message>
-        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
-        <translation>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</translation>
-    </message>
-    <message>
-        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
-        <translation>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</translation>
     </message>
 </context>
 <context>

@@ -56,6 +56,17 @@
     </message>
 </context>
 <context>
+    <name>DataDirectoryCheck</name>
+    <message>
+        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
+        <translation>Vireonに必要なフォルダー「%1」がありません。作成してから、Vireonをもう一度起動してください。</translation>
+    </message>
+    <message>
+        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
+        <translation>Vireonはフォルダー「%1」に書き込めません。所有者またはアクセス権を変更してから、Vireonをもう一度起動してください。</translation>
+    </message>
+</context>
+<context>
     <name>FirmwarePrompt</name>
     <message>
         <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
@@ -244,14 +255,6 @@ at 60Hz refresh rate or more.</source>
     <message>
         <source>Multi Input (Touch) mode is active</source>
         <translation>マルチ入力（タッチ）モードが有効です</translation>
-    </message>
-    <message>
-        <source>Vireon needs the directory &quot;%1&quot;, which does not exist. Create it and start Vireon again.</source>
-        <translation>Vireonに必要なフォルダー「%1」がありません。作成してから、Vireonをもう一度起動してください。</translation>
-    </message>
-    <message>
-        <source>Vireon cannot write into the directory &quot;%1&quot;. Change its owner or its permissions and start Vireon again.</source>
-        <translation>Vireonはフォルダー「%1」に書き込めません。所有者またはアクセス権を変更してから、Vireonをもう一度起動してください。</translation>
     </message>
 </context>
 <context>

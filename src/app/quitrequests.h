@@ -9,7 +9,8 @@
  * the end of the session, and a session manager that dies. The handlers of the
  * system's signals and of the broken connection only write one byte into a pipe; all else happens
  * in the event loop. SIGINT and SIGHUP stay ignored in a process that was started so. One object
- * per process, made after the application object; it must outlive the event loop.
+ * per process, made after the application object; it must outlive the event loop. What follows is
+ * told in app/quitsequence.h.
  */
 class QuitRequests : public QObject
 {

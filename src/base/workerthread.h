@@ -7,7 +7,8 @@
  *
  * Every blocking loop of the program (status file, commands, display, mailbox, watchers) uses it.
  * The receiver stays on its own thread; only the slot runs on the new one, through a direct
- * connection. Nothing is pooled: one call, one thread, and two calls run side by side.
+ * connection. Nothing is pooled: one call, one thread, and two calls run side by side. What each
+ * may touch is told in docs/architecture.md.
  *
  * The thread's end is queued to the thread that called doWork(): without an event loop there, the
  * thread object is never deleted.

@@ -5,7 +5,8 @@
 #include <optional>
 
 /**
- * What one look at the engine's status file finds. docs/engine-contract.md tells the format.
+ * What one look at the engine's status file finds. docs/engine-contract.md tells the format,
+ * qml/status.js what the view says of a status.
  *
  * Beyond that, a line is read with or without its prefix, of which only the first occurrence is
  * removed, and a line of more than 4096 bytes is no number: a file of any size costs the same.

@@ -2,8 +2,9 @@
 
 #include <QString>
 
-/// The product variants of GS::brand, the number of which the configuration file holds. Any other
-/// number is allowed, too: a product of no brand.
+/// The product variants of GS::brand, the number of which is line 121 of the configuration file.
+/// Any other number is allowed, too: a product of no brand. What else of the settings follows from
+/// it is GS::applyProductVariant().
 enum class Brand : int {
     Qor = 0,
     Tal = 1, ///< the remote-pen product

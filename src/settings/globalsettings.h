@@ -118,7 +118,7 @@ public:
     bool acPopUpEnabled = true; ///< show the advice on auto calibration
 
     // Product variant.
-    int brand = 0; ///< 0, 1, 2 and 4 are brands of their own, see MainWindow::brand()
+    int brand = 0; ///< see settings/brand.h
     bool stylusOnly = false; ///< the product has no finger touch
     bool param60Override = false; ///< set by param120
 

@@ -29,13 +29,11 @@
 #include <QDebug>
 #include <QDesktopServices>
 #include <QFile>
-#include <QFileInfo>
 #include <QIcon>
 #include <QMenuBar>
 #include <QQmlContext>
 #include <QQmlError>
 #include <QQuickItem>
-#include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
 #include <QUrl>
@@ -249,22 +247,6 @@ void MainWindow::showViewError()
         trayIcon->hide();
     hide();
     showErrorBox(appTitle, viewError);
-}
-
-void MainWindow::checkDataDirectory()
-{
-    const GS& settings = *GS::instance();
-    const QFileInfo directory(settings.dataDir);
-    if (settings.documentsDir.isEmpty())
-        showErrorBox(appTitle,
-                     tr("Vireon needs the directory \"%1\", which does not exist. "
-                        "Create it and start Vireon again.")
-                         .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
-    else if (!directory.isDir() || !directory.isWritable())
-        showErrorBox(appTitle,
-                     tr("Vireon cannot write into the directory \"%1\". "
-                        "Change its owner or its permissions and start Vireon again.")
-                         .arg(settings.dataDir));
 }
 
 // --- Menus and their pages --------------------------------------------------------------------

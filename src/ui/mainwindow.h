@@ -60,10 +60,6 @@ public:
     /// quit.
     void showViewError();
 
-    /// Tells the user, in such a box, what to do when the engine's files have no place: status and
-    /// settings would be lost without a word.
-    void checkDataDirectory();
-
     /// Show and hide the top-level window, not the view.
     void show();
     void hide();
