@@ -1,5 +1,6 @@
 """vireonctl: the program driven from a script."""
 
+import fcntl
 import json
 import os
 import pathlib
@@ -72,6 +73,16 @@ def test_tells_that_the_mailbox_is_off(install):
     assert app.control("pause").returncode == MAILBOX_OFF
     assert app.control("status").stdout == "Started and ready\n"
     assert "fifo1" not in app.files() and "fifo1.turn" not in app.files()
+
+
+def test_sender_that_looks_during_the_start_does_not_switch_it_off(install):
+    app = install().switch_on("mailbox")
+    app.data.mkdir()
+    with open(app.data / "fifo1.open", "w") as looking:
+        fcntl.flock(looking, fcntl.LOCK_EX)
+        app.start()
+        wait_for(lambda: app.log_count("Fifo position"), what="the listener")
+    wait_for(lambda: app.control("pointer", "single").returncode == DONE, what="an open mailbox")
 
 
 def test_command_that_nobody_takes_is_taken_back(app):
