@@ -2,7 +2,7 @@
 
 import pytest
 
-from rig import wait_for
+from rig import Traced, wait_for
 
 LOGIN = ("org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager")
 MOCK = "org.freedesktop.DBus.Mock"
@@ -55,6 +55,33 @@ def test_engine_ends_before_the_sleep_and_starts_after_it(install, bus, address,
         assert app.engine_pid() != first
         app.wait_until_shows("Started and ready")
     assert app.log_count("Vireon exited") == 0
+
+
+def test_sleep_waits_for_the_engines_end_and_no_longer(install, bus, address, start_manager):
+    start_manager()
+    app = start(install, address, "sleep", "mailbox")
+    wait_for(lambda: delays(bus) == DELAYS, what="a delay")
+    with Traced(app.engine_pid()) as engine:
+        announce(bus, True)
+        engine.wait_for_end()
+        # It has been told to end, and its end has not come to the program.
+        assert app.control("hide").returncode == 0
+        assert delays(bus) == DELAYS
+    wait_for(lambda: delays(bus) == [], what="no delay any more")
+    announce(bus, False)
+    wait_for(lambda: delays(bus) == DELAYS, what="a delay for the next sleep")
+
+
+def test_engine_that_a_script_stops_allows_no_sleep(install, bus, address, start_manager):
+    start_manager()
+    app = start(install, address, "sleep", "mailbox")
+    wait_for(lambda: delays(bus) == DELAYS, what="a delay")
+    assert app.control("sleep").returncode == 0
+    wait_for(lambda: app.engine_pids() == [], what="the engine's end")
+    assert app.control("show").returncode == 0
+    assert delays(bus) == DELAYS
+    assert app.control("wake").returncode == 0
+    app.wait_until_shows("Started and ready")
 
 
 def test_signals_of_others_are_passed_over(install, bus, address, start_manager):

@@ -30,6 +30,7 @@ private slots:
     void killedEngineIsStartedAgain();
     void killedDuringCommandWithAReportResendsNothing();
     void stopEndsTheEngineWithoutRestart();
+    void stopIsToldWhenTheEngineHasEnded();
     void stopWithoutEngineDoesNothing();
     void startWhileRunningReplacesTheEngine();
     void missingEngineIsNotTriedAgain();
@@ -206,6 +207,28 @@ void TestSdkHelper::stopEndsTheEngineWithoutRestart()
     QCOMPARE(journal(QStringLiteral("start")).size(), 1);
     QCOMPARE(reports.count(), 0);
     QCOMPARE(log->count(QStringLiteral("Vireon exited")), 0);
+}
+
+void TestSdkHelper::stopIsToldWhenTheEngineHasEnded()
+{
+    QVERIFY(startEngine());
+    const auto pid = static_cast<pid_t>(enginePid());
+    int told = 0;
+    bool isRunning = true;
+    const auto connection = connect(sdk, &SdkHelper::engineStopped, this, [&] {
+        ++told;
+        isRunning = kill(pid, 0) == 0;
+    });
+    QVERIFY(startEngine()); // in place of the first, which is no stop
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTest::qWait(50);
+    QCOMPARE(told, 0);
+    sdk->stopVireon();
+    QTRY_COMPARE_WITH_TIMEOUT(told, 1, patienceMs);
+    QVERIFY(!isRunning);
+    sdk->stopVireon();
+    QCOMPARE(told, 2);
+    disconnect(connection);
 }
 
 void TestSdkHelper::stopWithoutEngineDoesNothing()
