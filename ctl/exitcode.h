@@ -7,4 +7,5 @@ enum ExitCode : int {
     ExitNoController = 3,
     ExitNotInTime = 4,
     ExitMailboxOff = 5,
+    ExitAnotherUsers = 6,
 };

@@ -16,7 +16,7 @@ const char* const rest =
     "  status             tell the state in the window's words\n"
     "  wait ready         wait until the engine takes commands, and has done so for a second\n"
     "  wait calibrated    the same, and it is calibrated\n"
-    "  wait gone          wait until the program has ended\n"
+    "  wait gone          wait until the program has ended, whosever it is\n"
     "\n"
     "Options:\n"
     "  --timeout S        wait at most this many seconds (60; 10 for what is carried out)\n"
@@ -26,7 +26,8 @@ const char* const rest =
     "  -v, --version      show the version\n"
     "\n"
     "It ends with 0 when done, 2 for wrong usage, 3 when no Vireon runs, 4 when it was not in\n"
-    "time, and 5 when the mailbox of the Vireon that runs is off.\n";
+    "time, 5 when the mailbox of the Vireon that runs is off, and 6 when that Vireon is another\n"
+    "user's.\n";
 
 } // namespace
 

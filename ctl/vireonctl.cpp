@@ -41,8 +41,11 @@ ExitCode fail(ExitCode code, const QString& reason)
 
 ExitCode carryOut(const MailboxVerb& verb, int limitMs)
 {
-    if (!ControllerProbe().look().running)
-        return fail(ExitNoController, "no Vireon runs");
+    const ControllerState state = ControllerProbe().look();
+    if (!state.running)
+        return fail(state.exitCode(),
+                    state.isAnotherUsers ? "the Vireon that runs is another user's"
+                                         : "no Vireon runs");
     MailboxSender sender(GS::instance()->fifo1Path, GS::instance()->refifoPath);
     if (!sender.isOpen())
         return fail(ExitMailboxOff, "the mailbox is off: see config/integration.conf");
@@ -63,7 +66,7 @@ ExitCode tellStatus(bool json, bool followed)
         return follow(probe, json);
     const ControllerState state = probe.look();
     std::puts((json ? state.toJson() : state.text().toUtf8()).constData());
-    return state.running ? ExitDone : ExitNoController;
+    return state.exitCode();
 }
 
 ExitCode run(const QString& words, const QCommandLineParser& parser)

@@ -409,5 +409,9 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
         <source>Vireon is not running.</source>
         <translation>Vireon läuft nicht.</translation>
     </message>
+    <message>
+        <source>Vireon is running for another user.</source>
+        <translation>Vireon läuft für einen anderen Benutzer.</translation>
+    </message>
 </context>
 </TS>

@@ -409,5 +409,9 @@ at 60Hz refresh rate or more.</translation>
         <source>Vireon is not running.</source>
         <translation>Vireon is not running.</translation>
     </message>
+    <message>
+        <source>Vireon is running for another user.</source>
+        <translation>Vireon is running for another user.</translation>
+    </message>
 </context>
 </TS>

@@ -409,5 +409,9 @@ at 60Hz refresh rate or more.</source>
         <source>Vireon is not running.</source>
         <translation>Vireon は起動していません。</translation>
     </message>
+    <message>
+        <source>Vireon is running for another user.</source>
+        <translation>Vireon は別のユーザーが実行しています。</translation>
+    </message>
 </context>
 </TS>
