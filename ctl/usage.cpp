@@ -17,6 +17,7 @@ const char* const rest =
     "  wait ready         wait until the engine takes commands, and has done so for a second\n"
     "  wait calibrated    the same, and it is calibrated\n"
     "  wait gone          wait until the program has ended, whosever it is\n"
+    "  report FILE        gather what the support asks for in FILE, a new .tar.gz of yours alone\n"
     "\n"
     "Options:\n"
     "  --timeout S        wait at most this many seconds (60; 10 for what is carried out)\n"
@@ -25,9 +26,11 @@ const char* const rest =
     "  -h, --help         show this text\n"
     "  -v, --version      show the version\n"
     "\n"
-    "It ends with 0 when done, 2 for wrong usage, 3 when no Vireon runs, 4 when it was not in\n"
-    "time, 5 when the mailbox of the Vireon that runs is off, and 6 when that Vireon is another\n"
-    "user's.\n";
+    "It ends with 0 when done, 1 when the report could not be written, 2 for wrong usage, 3 when "
+    "no\n"
+    "Vireon runs, 4 when it was not in time, 5 when the mailbox of the Vireon that runs is off, "
+    "and\n"
+    "6 when that Vireon is another user's.\n";
 
 } // namespace
 

@@ -142,7 +142,8 @@ def test_waiting_command_of_another_sender_is_not_overwritten(app):
 
 
 @pytest.mark.parametrize("words", ["", "calibrate", "calibrate nothing", "pause now", "wait",
-                                   "wait forever", "--unknown", "wait ready --timeout soon"])
+                                   "wait forever", "--unknown", "wait ready --timeout soon", "report",
+                                   "report a b"])
 def test_wrong_usage(install, words):
     assert install().control(*words.split()).returncode == USAGE
 
@@ -150,7 +151,7 @@ def test_wrong_usage(install, words):
 def test_help_tells_all_and_links_no_screen(install):
     app = install()
     text = app.control("--help").stdout
-    for word in ("calibrate manual", "sensor-viewer", "wait gone", "--follow", "5 when the mailbox"):
+    for word in ("calibrate manual", "sensor-viewer", "wait gone", "--follow", "5 when the mailbox", "report FILE"):
         assert word in text
     assert app.control("--version").stdout == "vireonctl 1.4.121\n"
     libraries = subprocess.run(["ldd", app.programs / "vireonctl"], check=True,
@@ -167,12 +168,12 @@ def completions(*words):
 
 
 def test_manual_page_and_completion_know_every_command(install):
-    commands = re.findall(r"^  ([a-z][a-z-]*(?: [a-z]+)?)  ",
+    commands = re.findall(r"^  ([a-z][a-z-]*(?: [a-z]+)?)(?: FILE)?  ",
                           install().control("--help").stdout, re.M)
-    assert len(commands) == 24
+    assert len(commands) == 25
     page = (PACKAGING / "vireonctl.1").read_text().replace("\\-", "-")
     for command in commands:
-        assert re.search(rf'^\.BR?\b.*(?<!\w){command}(?!\w)', page, re.M), command
+        assert re.search(rf'^\.B[IR]?\b.*(?<!\w){command}(?!\w)', page, re.M), command
         *before, last = command.split()
         assert last in completions(*before, last[:2])
     assert completions("wait", "") == {"ready", "calibrated", "gone"}
