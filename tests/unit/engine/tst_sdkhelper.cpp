@@ -211,24 +211,17 @@ void TestSdkHelper::stopEndsTheEngineWithoutRestart()
 
 void TestSdkHelper::stopIsToldWhenTheEngineHasEnded()
 {
+    const QSignalSpy told(sdk, &SdkHelper::engineStopped);
     QVERIFY(startEngine());
-    const auto pid = static_cast<pid_t>(enginePid());
-    int told = 0;
-    bool isRunning = true;
-    const auto connection = connect(sdk, &SdkHelper::engineStopped, this, [&] {
-        ++told;
-        isRunning = kill(pid, 0) == 0;
-    });
     QVERIFY(startEngine()); // in place of the first, which is no stop
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QTest::qWait(50);
-    QCOMPARE(told, 0);
+    QCOMPARE(told.count(), 0);
     sdk->stopVireon();
-    QTRY_COMPARE_WITH_TIMEOUT(told, 1, patienceMs);
-    QVERIFY(!isRunning);
+    QCOMPARE(told.count(), 0); // not before the event loop has seen the end
+    QTRY_COMPARE_WITH_TIMEOUT(told.count(), 1, patienceMs);
+    QVERIFY(kill(static_cast<pid_t>(enginePid()), 0) != 0);
     sdk->stopVireon();
-    QCOMPARE(told, 2);
-    disconnect(connection);
+    QCOMPARE(told.count(), 2);
 }
 
 void TestSdkHelper::stopWithoutEngineDoesNothing()
