@@ -13,6 +13,7 @@ from .dunst import Dunst
 from .hands import HANDS, step
 from .gnome import Gnome
 from .indicator import Indicator
+from .loginmanager import LoginManager
 from .mailbox import Mailbox
 from .mate import Mate, MateSession
 from .notifications import NotificationService
@@ -22,6 +23,6 @@ from .subject import Subject
 from .textsize import TextSize
 from .twoscreens import TwoScreens
 
-__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "Gnome", "HANDS", "Indicator", "Mailbox",
-           "Mate", "MateSession", "NotificationService", "Subject", "TextSize", "Traced",
+__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "Gnome", "HANDS", "Indicator", "LoginManager",
+           "Mailbox", "Mate", "MateSession", "NotificationService", "Subject", "TextSize", "Traced",
            "TwoScreens", "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]
