@@ -133,6 +133,7 @@ endfunction()
 
 vireon_packages_of(run runPackages)
 vireon_packages_of(unity unityPackages)
+vireon_packages_of(report reportPackages)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packages.txt)
 # The compiled views fit the very version of Qt that they were compiled with.
 string(REPLACE "." "-" viewsVersion "${Qt5Qml_VERSION}")
@@ -154,7 +155,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
 set(CPACK_DEBIAN_VIREON_PACKAGE_NAME vireon)
 set(CPACK_DEBIAN_VIREON_PACKAGE_DEPENDS "qtdeclarative-abi-${viewsVersion}, ${runPackages}")
-set(CPACK_DEBIAN_VIREON_PACKAGE_RECOMMENDS "${unityPackages}")
+set(CPACK_DEBIAN_VIREON_PACKAGE_RECOMMENDS "${unityPackages}, ${reportPackages}")
 set(CPACK_DEBIAN_VIREON_PACKAGE_SUGGESTS vireon-simulator)
 set(CPACK_DEBIAN_VIREON_PACKAGE_CONTROL_EXTRA "${madeDirectory}/vireon/conffiles" ${scripts})
 set(CPACK_COMPONENT_VIREON_DESCRIPTION "controller of an interactive touch and pen projection

@@ -1,5 +1,6 @@
 #include "ctl/controllerstate.h"
 
+#include "base/attachedsegment.h"
 #include "engine/enginestatus.h"
 #include "engine/statusreport.h"
 #include "settings/brand.h"
@@ -10,6 +11,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <unistd.h>
 
 namespace {
 
@@ -61,6 +63,8 @@ const StatusText& textOf(int code)
 
 QString ControllerState::text() const
 {
+    if (isAnotherUsers)
+        return QCoreApplication::translate("vireonctl", "Vireon is running for another user.");
     if (!running)
         return QCoreApplication::translate("vireonctl", "Vireon is not running.");
     if (status == StatusCalibrating)
@@ -81,9 +85,18 @@ bool ControllerState::isCalibrated() const
     return isReady() && status >= StatusReady;
 }
 
+ExitCode ControllerState::exitCode() const
+{
+    if (running)
+        return ExitDone;
+    return isAnotherUsers ? ExitAnotherUsers : ExitNoController;
+}
+
 QByteArray ControllerState::toJson() const
 {
     QJsonObject object {{"running", running}, {"text", text()}};
+    if (isAnotherUsers)
+        object.insert("anotherUsers", true);
     if (running) {
         object.insert("status", status);
         object.insert("ready", isReady());
@@ -96,7 +109,8 @@ QByteArray ControllerState::toJson() const
 
 bool ControllerState::operator==(const ControllerState& other) const
 {
-    return running == other.running && status == other.status && firmware == other.firmware;
+    return running == other.running && isAnotherUsers == other.isAnotherUsers
+        && status == other.status && firmware == other.firmware;
 }
 
 ControllerProbe::ControllerProbe()
@@ -107,11 +121,14 @@ ControllerProbe::ControllerProbe()
 ControllerState ControllerProbe::look()
 {
     ControllerState state;
-    state.running = guard.isAnotherRunning();
+    const std::optional<AttachedSegment> marker = guard.findAnother();
+    state.isAnotherUsers = marker && marker->creator != geteuid();
+    state.running = marker && !state.isAnotherUsers;
     if (!state.running) {
         statusSeen = false;
         return state;
     }
+    state.process = marker->creatorPid;
     const auto report =
         StatusReport::fromFile(QString::fromStdString(GS::instance()->penSettingsPath));
     state.status = statusSeen ? StatusEngineRestarting : StatusUnknown;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ctl/exitcode.h"
 #include "ipc/runguard.h"
 
 #include <QString>
@@ -11,12 +12,16 @@
  *
  * The status is the one in the status file. The controller takes that file away when it starts the
  * engine anew: a missing one is StatusUnknown or, once there was one, StatusEngineRestarting.
+ *
+ * One copy runs per machine: where it is another user's, there is no state of this one's.
  */
 struct ControllerState
 {
     bool running = false;
     int status = 0; ///< see EngineStatus
     std::optional<int> firmware;
+    bool isAnotherUsers = false; ///< not running, and cannot: another user's does
+    pid_t process = 0; ///< the running one's number
 
     /// What the window says of it, in one line and in the language of the translator installed.
     QString text() const;
@@ -27,9 +32,13 @@ struct ControllerState
     /// Whether it is ready, and calibrated.
     bool isCalibrated() const;
 
+    /// ExitDone while it runs, else what vireonctl ends with for want of it.
+    ExitCode exitCode() const;
+
     /// One object of JSON, without a line break.
     QByteArray toJson() const;
 
+    /// Whether both tell the same.
     bool operator==(const ControllerState& other) const;
 };
 

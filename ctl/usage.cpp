@@ -16,7 +16,8 @@ const char* const rest =
     "  status             tell the state in the window's words\n"
     "  wait ready         wait until the engine takes commands, and has done so for a second\n"
     "  wait calibrated    the same, and it is calibrated\n"
-    "  wait gone          wait until the program has ended\n"
+    "  wait gone          wait until the program has ended, whosever it is\n"
+    "  report FILE        gather what the support asks for in FILE, a new .tar.gz of yours alone\n"
     "\n"
     "Options:\n"
     "  --timeout S        wait at most this many seconds (60; 10 for what is carried out)\n"
@@ -25,8 +26,11 @@ const char* const rest =
     "  -h, --help         show this text\n"
     "  -v, --version      show the version\n"
     "\n"
-    "It ends with 0 when done, 2 for wrong usage, 3 when no Vireon runs, 4 when it was not in\n"
-    "time, and 5 when the mailbox of the Vireon that runs is off.\n";
+    "It ends with 0 when done, 1 when the report could not be written, 2 for wrong usage, 3 when "
+    "no\n"
+    "Vireon runs, 4 when it was not in time, 5 when the mailbox of the Vireon that runs is off, "
+    "and\n"
+    "6 when that Vireon is another user's.\n";
 
 } // namespace
 

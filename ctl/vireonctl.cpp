@@ -2,6 +2,8 @@
 #include "ctl/controllerstate.h"
 #include "ctl/exitcode.h"
 #include "ctl/mailboxverb.h"
+#include "ctl/reportarchive.h"
+#include "ctl/supportreport.h"
 #include "ctl/usage.h"
 #include "ctl/waiting.h"
 #include "ipc/mailboxsender.h"
@@ -41,8 +43,11 @@ ExitCode fail(ExitCode code, const QString& reason)
 
 ExitCode carryOut(const MailboxVerb& verb, int limitMs)
 {
-    if (!ControllerProbe().look().running)
-        return fail(ExitNoController, "no Vireon runs");
+    const ControllerState state = ControllerProbe().look();
+    if (!state.running)
+        return fail(state.exitCode(),
+                    state.isAnotherUsers ? "the Vireon that runs is another user's"
+                                         : "no Vireon runs");
     MailboxSender sender(GS::instance()->fifo1Path, GS::instance()->refifoPath);
     if (!sender.isOpen())
         return fail(ExitMailboxOff, "the mailbox is off: see config/integration.conf");
@@ -63,7 +68,20 @@ ExitCode tellStatus(bool json, bool followed)
         return follow(probe, json);
     const ControllerState state = probe.look();
     std::puts((json ? state.toJson() : state.text().toUtf8()).constData());
-    return state.running ? ExitDone : ExitNoController;
+    return state.exitCode();
+}
+
+ExitCode report(const QString& path)
+{
+    QString fault = reasonAgainstArchive(path);
+    if (fault.isEmpty()) {
+        const QList<ReportFile> files = gatherReport(ControllerProbe().look());
+        const QString head = QCoreApplication::translate("vireonctl", "The report holds:");
+        std::printf("%s\n%s", head.toUtf8().constData(), listReport(files).toUtf8().constData());
+        std::fflush(stdout);
+        fault = writeReportArchive(path, files);
+    }
+    return fault.isEmpty() ? ExitDone : fail(ExitFailed, fault);
 }
 
 ExitCode run(const QString& words, const QCommandLineParser& parser)
@@ -110,7 +128,10 @@ ExitCode answer(const QCoreApplication& application)
         std::printf("vireonctl %s\n", applicationVersion);
         return ExitDone;
     }
-    return run(parser.positionalArguments().join(' '), parser);
+    const QStringList words = parser.positionalArguments();
+    if (words.value(0) == "report" && words.size() == 2 && !words[1].isEmpty())
+        return report(words[1]);
+    return run(words.join(' '), parser);
 }
 
 } // namespace

@@ -42,14 +42,15 @@ ExitCode waitForState(ControllerProbe& probe, bool calibrated, int limitMs)
         else if (steady.elapsed() >= steadyMs)
             return ExitDone;
         if (deadline.hasExpired())
-            return state.running ? ExitNotInTime : ExitNoController;
+            return state.running ? ExitNotInTime : state.exitCode();
         QThread::msleep(pollIntervalMs);
     }
 }
 
 ExitCode waitUntilGone(ControllerProbe& probe, int limitMs)
 {
-    if (!probe.look().running)
+    const ControllerState state = probe.look();
+    if (!state.running && !state.isAnotherUsers)
         return ExitDone;
     QObject::connect(ExitListener::instance(), &ExitListener::hasExited,
                      QCoreApplication::instance(), [] { QCoreApplication::exit(ExitDone); });
@@ -71,5 +72,5 @@ ExitCode follow(ControllerProbe& probe, bool json)
         if (last->running)
             QThread::msleep(pollIntervalMs);
     } while (last->running);
-    return ExitNoController;
+    return last->exitCode();
 }

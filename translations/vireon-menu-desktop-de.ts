@@ -412,5 +412,53 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
         <source>Vireon is not running.</source>
         <translation>Vireon läuft nicht.</translation>
     </message>
+    <message>
+        <source>Vireon is running for another user.</source>
+        <translation>Vireon läuft für einen anderen Benutzer.</translation>
+    </message>
+    <message>
+        <source>log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>versions of program, Qt and system</source>
+        <translation>Versionen von Programm, Qt und System</translation>
+    </message>
+    <message>
+        <source>desktop, window manager, screens and their rates</source>
+        <translation>Desktop, Fensterverwaltung, Bildschirme und ihre Frequenzen</translation>
+    </message>
+    <message>
+        <source>settings of the program</source>
+        <translation>Einstellungen des Programms</translation>
+    </message>
+    <message>
+        <source>what is switched on</source>
+        <translation>was eingeschaltet ist</translation>
+    </message>
+    <message>
+        <source>settings of the user</source>
+        <translation>Einstellungen des Benutzers</translation>
+    </message>
+    <message>
+        <source>state, and its last changes</source>
+        <translation>Zustand und seine letzten Wechsel</translation>
+    </message>
+    <message>
+        <source>names of the files in the data directory</source>
+        <translation>Namen der Dateien im Datenverzeichnis</translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation>%1 Bytes</translation>
+    </message>
+    <message>
+        <source>not there</source>
+        <translation>nicht da</translation>
+    </message>
+    <message>
+        <source>The report holds:</source>
+        <translation>Der Bericht enthält:</translation>
+    </message>
 </context>
 </TS>

@@ -412,5 +412,53 @@ at 60Hz refresh rate or more.</translation>
         <source>Vireon is not running.</source>
         <translation>Vireon is not running.</translation>
     </message>
+    <message>
+        <source>Vireon is running for another user.</source>
+        <translation>Vireon is running for another user.</translation>
+    </message>
+    <message>
+        <source>log</source>
+        <translation>log</translation>
+    </message>
+    <message>
+        <source>versions of program, Qt and system</source>
+        <translation>versions of program, Qt and system</translation>
+    </message>
+    <message>
+        <source>desktop, window manager, screens and their rates</source>
+        <translation>desktop, window manager, screens and their rates</translation>
+    </message>
+    <message>
+        <source>settings of the program</source>
+        <translation>settings of the program</translation>
+    </message>
+    <message>
+        <source>what is switched on</source>
+        <translation>what is switched on</translation>
+    </message>
+    <message>
+        <source>settings of the user</source>
+        <translation>settings of the user</translation>
+    </message>
+    <message>
+        <source>state, and its last changes</source>
+        <translation>state, and its last changes</translation>
+    </message>
+    <message>
+        <source>names of the files in the data directory</source>
+        <translation>names of the files in the data directory</translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation>%1 bytes</translation>
+    </message>
+    <message>
+        <source>not there</source>
+        <translation>not there</translation>
+    </message>
+    <message>
+        <source>The report holds:</source>
+        <translation>The report holds:</translation>
+    </message>
 </context>
 </TS>

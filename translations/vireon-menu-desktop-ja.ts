@@ -412,5 +412,53 @@ at 60Hz refresh rate or more.</source>
         <source>Vireon is not running.</source>
         <translation>Vireon は起動していません。</translation>
     </message>
+    <message>
+        <source>Vireon is running for another user.</source>
+        <translation>Vireon は別のユーザーが実行しています。</translation>
+    </message>
+    <message>
+        <source>log</source>
+        <translation>ログ</translation>
+    </message>
+    <message>
+        <source>versions of program, Qt and system</source>
+        <translation>プログラム、Qt、システムのバージョン</translation>
+    </message>
+    <message>
+        <source>desktop, window manager, screens and their rates</source>
+        <translation>デスクトップ、ウィンドウマネージャー、画面とリフレッシュレート</translation>
+    </message>
+    <message>
+        <source>settings of the program</source>
+        <translation>プログラムの設定</translation>
+    </message>
+    <message>
+        <source>what is switched on</source>
+        <translation>有効になっている機能</translation>
+    </message>
+    <message>
+        <source>settings of the user</source>
+        <translation>ユーザーの設定</translation>
+    </message>
+    <message>
+        <source>state, and its last changes</source>
+        <translation>状態と最近の変化</translation>
+    </message>
+    <message>
+        <source>names of the files in the data directory</source>
+        <translation>データディレクトリ内のファイル名</translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation>%1 バイト</translation>
+    </message>
+    <message>
+        <source>not there</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>The report holds:</source>
+        <translation>レポートの内容:</translation>
+    </message>
 </context>
 </TS>

@@ -8,6 +8,7 @@
 #include "app/sleepwatch.h"
 #include "app/toolbarcontrol.h"
 #include "app/updaterwatch.h"
+#include "engine/sdkhelper.h"
 #include "settings/globalsettings.h"
 #include "ui/logview.h"
 #include "ui/mainwindow.h"
@@ -35,6 +36,8 @@ void watchSleep(MainWindow& window, QObject* parent)
 {
     auto* watch = new SleepWatch(parent);
     QObject::connect(watch, &SleepWatch::goingToSleep, &window, &MainWindow::onGoingToSleep);
+    QObject::connect(SdkHelper::instance(), &SdkHelper::engineStopped, watch,
+                     &SleepWatch::allowSleep);
     QObject::connect(watch, &SleepWatch::wokenUp, &window, &MainWindow::onWakingUp);
 }
 

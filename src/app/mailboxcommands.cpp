@@ -7,10 +7,15 @@
 #include "ui/mainwindow.h"
 #include "ui/viewroot.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <array>
 
 namespace {
+
+constexpr int retryMs = 20;
+constexpr int mostTries = 500;
 
 template <void (MainWindow::*slot)()> void call(MainWindow& window)
 {
@@ -66,9 +71,21 @@ const Row* find(int code)
 MailboxCommands::MailboxCommands(MainWindow& itsWindow, QObject* parent)
     : QObject(parent)
     , window(itsWindow)
-    , openForCommands(GS::instance()->fifo1Path + QLatin1String(".open"), 0)
 {
+    tellSenders(mostTries);
     connect(IpcListener::instance(), &IpcListener::received, this, &MailboxCommands::carryOut);
+}
+
+void MailboxCommands::tellSenders(int triesLeft)
+{
+    openForCommands.emplace(GS::instance()->fifo1Path + QLatin1String(".open"), 0);
+    if (!openForCommands->isTaken())
+        return;
+    if (triesLeft > 0)
+        QTimer::singleShot(retryMs, this, [this, triesLeft] { tellSenders(triesLeft - 1); });
+    else
+        qCWarning(integrationLog)
+            << "mailbox: another process keeps the lock; senders take it for off";
 }
 
 void MailboxCommands::carryOut(int code)

@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 class MainWindow;
 
 /**
@@ -12,7 +14,8 @@ class MainWindow;
  *
  * Codes without a slot, 1000 for a left-over command among them, give a log line and no reply.
  * As long as it lives, a lock on the file beside the command file whose name has ".open" at its
- * end tells senders that somebody listens; the file itself stays. GUI thread.
+ * end tells senders that somebody listens; the file itself stays. A sender that looks holds the
+ * lock for a moment: then it is tried for again, for 10 s at most. GUI thread.
  */
 class MailboxCommands : public QObject
 {
@@ -23,8 +26,9 @@ public:
     MailboxCommands(MainWindow& window, QObject* parent);
 
 private:
+    void tellSenders(int triesLeft);
     void carryOut(int code);
 
     MainWindow& window;
-    const FileLock openForCommands;
+    std::optional<FileLock> openForCommands;
 };

@@ -29,6 +29,12 @@ SleepWatch::SleepWatch(QObject* parent)
     delaySleep();
 }
 
+void SleepWatch::allowSleep()
+{
+    if (sleepBegins)
+        inhibitor = {};
+}
+
 void SleepWatch::delaySleep()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(service, objectPath, interfaceName,
@@ -53,9 +59,9 @@ void SleepWatch::onPrepareForSleep(bool begins, const QDBusMessage& message)
     if (message.service() != loginManager)
         return;
     qCDebug(integrationLog) << (begins ? "going to sleep" : "woken up");
+    sleepBegins = begins;
     if (begins) {
         emit goingToSleep();
-        inhibitor = {};
     } else {
         delaySleep();
         emit wokenUp();

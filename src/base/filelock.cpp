@@ -55,19 +55,9 @@ bool isFileAt(int descriptor, const QByteArray& name)
         && opened.st_dev == present.st_dev && opened.st_ino == present.st_ino;
 }
 
-bool lockBefore(const QDeadlineTimer& deadline, int descriptor)
-{
-    while (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        if ((errno != EWOULDBLOCK && errno != EINTR) || deadline.hasExpired())
-            return false;
-        QThread::msleep(pollIntervalMs);
-    }
-    return true;
-}
-
 } // namespace
 
-FileLock::FileLock(const QString& path, int waitMs)
+FileLock::FileLock(const QString& path, int waitMs, Kind kind)
 {
     const QByteArray name = QFile::encodeName(path);
     const QDeadlineTimer deadline(waitMs);
@@ -82,7 +72,7 @@ FileLock::FileLock(const QString& path, int waitMs)
             close(opened);
             return;
         }
-        if (!lockBefore(deadline, opened)) {
+        if (!lockBefore(deadline, opened, kind)) {
             if (waitMs > 0)
                 qCDebug(guardLog) << "gave up waiting for lock file" << path;
             close(opened);
@@ -105,4 +95,17 @@ FileLock::~FileLock()
         return;
     handOver.fetch_add(1, std::memory_order_acq_rel);
     close(descriptor);
+}
+
+bool FileLock::lockBefore(const QDeadlineTimer& deadline, int file, Kind kind)
+{
+    const int operation = (kind == Kind::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB;
+    while (flock(file, operation) != 0) {
+        taken = errno == EWOULDBLOCK;
+        if ((!taken && errno != EINTR) || deadline.hasExpired())
+            return false;
+        QThread::msleep(pollIntervalMs);
+    }
+    taken = false;
+    return true;
 }

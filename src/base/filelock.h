@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QDeadlineTimer;
+
 /**
  * A lock between processes, held from construction to destruction.
  *
@@ -13,9 +15,14 @@
 class FileLock
 {
 public:
+    enum class Kind {
+        Exclusive, ///< nobody else holds it
+        Shared, ///< others may hold it too, in this way
+    };
+
     /// Waits at most @p waitMs milliseconds for the lock on the file at @p path; 0 is one try. See
     /// isHeld().
-    FileLock(const QString& path, int waitMs);
+    FileLock(const QString& path, int waitMs, Kind kind = Kind::Exclusive);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
@@ -25,6 +32,12 @@ public:
     /// try.
     bool isHeld() const { return descriptor >= 0; }
 
+    /// Whether it is not held because another one holds it: one more try may get it.
+    bool isTaken() const { return taken; }
+
 private:
+    bool lockBefore(const QDeadlineTimer& deadline, int file, Kind kind);
+
     int descriptor = -1;
+    bool taken = false;
 };

@@ -115,11 +115,12 @@ void SdkHelper::startVireon()
 
 void SdkHelper::stopVireon()
 {
-    if (!process)
-        return;
-    process->disconnect(this);
-    process->terminate();
-    discardProcess();
+    if (process) {
+        process->disconnect(this);
+        process->terminate();
+        discardProcess();
+    }
+    tellIfStopped();
 }
 
 void SdkHelper::discardProcess()
@@ -129,7 +130,15 @@ void SdkHelper::discardProcess()
     if (!old)
         return;
     old->disconnect(this);
+    connect(old, &QObject::destroyed, this, &SdkHelper::tellIfStopped);
     old->discard();
+}
+
+void SdkHelper::tellIfStopped()
+{
+    // One that has been let go of is a child of this object until it has ended.
+    if (!process && !findChild<ChildProcess*>())
+        emit engineStopped();
 }
 
 void SdkHelper::onReadyRead()

@@ -63,11 +63,15 @@ signals:
     /// The supervisor's own verdict: StatusEngineGaveUp.
     void statusChanged(int id);
 
+    /// After stopVireon(): no engine runs any more. From the event loop when one has to end first.
+    void engineStopped();
+
 public slots:
     /// Starts the engine and returns at once; one that still runs is killed first.
     void startVireon();
 
-    /// Ends the engine without a restart: SIGTERM, and SIGKILL right after it.
+    /// Ends the engine without a restart: SIGTERM, and SIGKILL right after it. engineStopped()
+    /// tells when it has ended.
     void stopVireon();
 
     /// Runs a command on a new thread and returns at once. It waits, without limit, while the
@@ -85,6 +89,7 @@ private:
 
     /// Lets go of the process object first, so that its end is not taken for a crash.
     void discardProcess();
+    void tellIfStopped();
     void resendLastAction();
     bool runTool(const QString& letter);
     void onToolSucceeded(const QString& letter);

@@ -35,7 +35,8 @@ MailboxSender::MailboxSender(const QString& itsCommandPath, const QString& itsRe
 bool MailboxSender::isOpen() const
 {
     const QString lockPath = commandPath + QLatin1String(".open");
-    return QFile::exists(lockPath) && !FileLock(lockPath, 0).isHeld();
+    // Shared, so that others who look at the same moment are not taken for the controller.
+    return QFile::exists(lockPath) && FileLock(lockPath, 0, FileLock::Kind::Shared).isTaken();
 }
 
 MailboxSender::Result MailboxSender::send(char character, int limitMs)

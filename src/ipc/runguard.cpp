@@ -76,22 +76,27 @@ RunGuard::~RunGuard()
     release();
 }
 
-bool RunGuard::isAnotherRunning()
+std::optional<AttachedSegment> RunGuard::findAnother()
 {
     if (holdsMarker)
-        return false;
-    if (findMarker())
-        return true;
+        return std::nullopt;
+    if (const auto marker = findMarker())
+        return marker;
     // It may be gone for a moment, while its key files are made anew.
-    return isAnotherRunning(FileLock(lockPath(), waitForLookMs));
+    return findAnother(FileLock(lockPath(), waitForLookMs));
 }
 
-bool RunGuard::isAnotherRunning(const FileLock& turn)
+std::optional<AttachedSegment> RunGuard::findAnother(const FileLock& turn)
 {
-    if (findMarker())
-        return true;
-    clearStaleMarker(turn);
-    return false;
+    const auto marker = findMarker();
+    if (!marker)
+        clearStaleMarker(turn);
+    return marker;
+}
+
+bool RunGuard::isAnotherRunning()
+{
+    return findAnother().has_value();
 }
 
 bool RunGuard::tryToRun()
@@ -103,7 +108,7 @@ bool RunGuard::tryToRun()
     if (!turn.isHeld())
         qCWarning(guardLog).noquote() << "starting without the lock file" << lockPath();
     for (int round = 0; round < triesAtStart; ++round) {
-        if (isAnotherRunning(turn) || !createMarker(turn))
+        if (findAnother(turn) || !createMarker(turn))
             return false;
         if (!findMarker())
             return true;

@@ -46,8 +46,12 @@ public:
     RunGuard(const RunGuard&) = delete;
     RunGuard& operator=(const RunGuard&) = delete;
 
-    /// Whether another copy holds the marker: false, without locking, on the guard that holds it.
-    /// Drops a crashed copy's marker. Waits 0.1 s for the file lock at most. Any thread.
+    /// The marker of another copy, whose creator that copy is: none, without locking, on the guard
+    /// that holds its own. Drops a crashed copy's marker. Waits 0.1 s for the file lock at most.
+    /// Any thread.
+    std::optional<AttachedSegment> findAnother();
+
+    /// Whether there is one.
     bool isAnotherRunning();
 
     /// Takes the marker. False when another copy holds it, or when it cannot be made at all. Waits
@@ -65,7 +69,7 @@ public:
 
 private:
     std::optional<AttachedSegment> findMarker() const;
-    bool isAnotherRunning(const FileLock& turn);
+    std::optional<AttachedSegment> findAnother(const FileLock& turn);
     void clearStaleMarker(const FileLock& turn);
     void awaitEndOfQuitting() const;
     bool createMarker(const FileLock& turn);

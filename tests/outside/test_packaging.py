@@ -131,7 +131,8 @@ def test_package_has_its_files_and_fields(directory, packages):
     assert [name for name in needed if name not in depends] == []
     assert "qml-module-qtquick-controls2" not in depends
     assert any(re.match("libqt5quick5(t64)? [(]>=", name) for name in depends)
-    assert fields["Recommends"] == "libayatana-appindicator1, libnotify4"
+    assert fields["Recommends"] == (
+        "libayatana-appindicator1, libnotify4, x11-utils, x11-xserver-utils")
     conffiles = (control / "conffiles").read_text().split()
     assert sorted(conffiles) == sorted(path for path in INSTALLED
                                        if path.endswith(".conf") or path.startswith("/etc"))

@@ -1,5 +1,6 @@
 """vireonctl: the program driven from a script."""
 
+import fcntl
 import json
 import os
 import pathlib
@@ -13,7 +14,8 @@ from rig import Mailbox, wait_for
 from rig.processes import PATIENCE
 
 PACKAGING = pathlib.Path(__file__).parents[2] / "packaging"
-DONE, USAGE, NO_CONTROLLER, NOT_IN_TIME, MAILBOX_OFF = 0, 2, 3, 4, 5
+DONE, USAGE, NO_CONTROLLER, NOT_IN_TIME, MAILBOX_OFF, ANOTHER_USERS = 0, 2, 3, 4, 5, 6
+OTHER = 65534  # a user
 
 
 @pytest.fixture
@@ -74,6 +76,51 @@ def test_tells_that_the_mailbox_is_off(install):
     assert "fifo1" not in app.files() and "fifo1.turn" not in app.files()
 
 
+def test_sender_that_looks_during_the_start_does_not_switch_it_off(install):
+    app = install().switch_on("mailbox")
+    app.data.mkdir()
+    with open(app.data / "fifo1.open", "w") as looking:
+        fcntl.flock(looking, fcntl.LOCK_EX)
+        app.start()
+        wait_for(lambda: app.log_count("Fifo position"), what="the listener")
+    wait_for(lambda: app.control("pointer", "single").returncode == DONE, what="an open mailbox")
+
+
+@pytest.fixture
+def other(directory, app):
+    """What runs a program as another user, who shares the directory of temporary files."""
+    if os.geteuid() != 0:
+        pytest.skip("only root can be another user")
+    for place in (directory, app.directory):
+        place.chmod(0o755)
+    app.temporary.chmod(0o1777)
+    home = directory / "other"
+    home.mkdir()
+    os.chown(home, OTHER, OTHER)
+
+    def control(*words):
+        return app.control(*words, environment={"HOME": str(home)},
+                           by=("setpriv", f"--reuid={OTHER}", f"--regid={OTHER}", "--clear-groups"))
+    return control
+
+
+def test_tells_that_it_is_another_users(app, other):
+    text = "Vireon is running for another user."
+    answer = other("status")
+    assert (answer.returncode, answer.stdout, answer.stderr) == (ANOTHER_USERS, f"{text}\n", "")
+    assert json.loads(other("status", "--json").stdout) == {
+        "running": False, "anotherUsers": True, "text": text}
+    assert other("status", "--follow").returncode == ANOTHER_USERS
+    answer = other("pause")
+    assert (answer.returncode, answer.stdout) == (ANOTHER_USERS, "")
+    assert answer.stderr == "vireonctl: the Vireon that runs is another user's\n"
+    assert other("wait", "ready", "--timeout", 0).returncode == ANOTHER_USERS
+    assert other("wait", "gone", "--timeout", 0).returncode == NOT_IN_TIME
+    assert app.control("status").stdout == "Started and ready\n"
+    assert app.quit() == 0
+    assert other("status").returncode == NO_CONTROLLER
+
+
 def test_command_that_nobody_takes_is_taken_back(app):
     mailbox = Mailbox(app.data)
     mailbox.command.mkdir()  # in the way of every command
@@ -95,7 +142,8 @@ def test_waiting_command_of_another_sender_is_not_overwritten(app):
 
 
 @pytest.mark.parametrize("words", ["", "calibrate", "calibrate nothing", "pause now", "wait",
-                                   "wait forever", "--unknown", "wait ready --timeout soon"])
+                                   "wait forever", "--unknown", "wait ready --timeout soon", "report",
+                                   "report a b"])
 def test_wrong_usage(install, words):
     assert install().control(*words.split()).returncode == USAGE
 
@@ -103,7 +151,7 @@ def test_wrong_usage(install, words):
 def test_help_tells_all_and_links_no_screen(install):
     app = install()
     text = app.control("--help").stdout
-    for word in ("calibrate manual", "sensor-viewer", "wait gone", "--follow", "5 when the mailbox"):
+    for word in ("calibrate manual", "sensor-viewer", "wait gone", "--follow", "5 when the mailbox", "report FILE"):
         assert word in text
     assert app.control("--version").stdout == "vireonctl 1.4.121\n"
     libraries = subprocess.run(["ldd", app.programs / "vireonctl"], check=True,
@@ -120,11 +168,12 @@ def completions(*words):
 
 
 def test_manual_page_and_completion_know_every_command(install):
-    commands = re.findall(r"^  ([a-z][a-z-]*(?: [a-z]+)?)  ", install().control("--help").stdout, re.M)
-    assert len(commands) == 24
+    commands = re.findall(r"^  ([a-z][a-z-]*(?: [a-z]+)?)(?: FILE)?  ",
+                          install().control("--help").stdout, re.M)
+    assert len(commands) == 25
     page = (PACKAGING / "vireonctl.1").read_text().replace("\\-", "-")
     for command in commands:
-        assert re.search(rf'^\.BR?\b.*(?<!\w){command}(?!\w)', page, re.M), command
+        assert re.search(rf'^\.B[IR]?\b.*(?<!\w){command}(?!\w)', page, re.M), command
         *before, last = command.split()
         assert last in completions(*before, last[:2])
     assert completions("wait", "") == {"ready", "calibrated", "gone"}

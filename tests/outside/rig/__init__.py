@@ -13,15 +13,16 @@ from .dunst import Dunst
 from .hands import HANDS, step
 from .gnome import Gnome
 from .indicator import Indicator
+from .loginmanager import LoginManager
 from .mailbox import Mailbox
 from .mate import Mate, MateSession
 from .notifications import NotificationService
-from .processes import adopt_orphans, is_running, memory_of, wait_for
+from .processes import Traced, adopt_orphans, is_running, memory_of, wait_for
 from .stage import stage
 from .subject import Subject
 from .textsize import TextSize
 from .twoscreens import TwoScreens
 
-__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "Gnome", "HANDS", "Indicator", "Mailbox",
-           "Mate", "MateSession", "NotificationService", "Subject", "TextSize", "TwoScreens",
-           "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]
+__all__ = ["App", "Bus", "Busy", "Desktop", "Dunst", "Gnome", "HANDS", "Indicator", "LoginManager",
+           "Mailbox", "Mate", "MateSession", "NotificationService", "Subject", "TextSize", "Traced",
+           "TwoScreens", "adopt_orphans", "is_running", "memory_of", "stage", "step", "wait_for"]

@@ -67,9 +67,9 @@ class App:
         (self.programs / "config/integration.conf").write_text(text + "\n")
         return self
 
-    def control(self, *words, environment=None):
-        """What vireonctl answers to these words, once it has ended."""
-        return subprocess.run([str(word) for word in (self.programs / "vireonctl", *words)],
+    def control(self, *words, environment=None, by=()):
+        """What vireonctl answers to these words, once it has ended; run by way of a command."""
+        return subprocess.run([str(word) for word in (*by, self.programs / "vireonctl", *words)],
                               env={**self.environment(), **(environment or {})},
                               capture_output=True, text=True, timeout=processes.PATIENCE)
 

@@ -9,6 +9,7 @@ import time
 
 _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
+_PTRACE_SEIZE = 0x4206
 _libc = ctypes.CDLL(None, use_errno=True)
 
 # s; long enough for a sanitizer's build on a busy machine. Waiting ends when there is no need for it.
@@ -92,6 +93,24 @@ def end(pid):
         deadline = time.monotonic() + 10.0
         while is_running(pid) and time.monotonic() < deadline:
             time.sleep(0.02)
+
+
+class Traced:
+    """A process of others whose end comes to them when the block is left, and no sooner."""
+
+    def __init__(self, pid):
+        self._pid = pid
+
+    def __enter__(self):
+        if _libc.ptrace(ctypes.c_long(_PTRACE_SEIZE), self._pid, None, None) != 0:
+            raise OSError(ctypes.get_errno(), f"process {self._pid} cannot be traced")
+        return self
+
+    def __exit__(self, *_):
+        os.waitpid(self._pid, 0)
+
+    def wait_for_end(self):
+        wait_for(lambda: not is_running(self._pid), what=f"an end of process {self._pid}")
 
 
 class Foreign:

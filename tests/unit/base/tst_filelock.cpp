@@ -18,6 +18,7 @@ private slots:
     void init();
 
     void onlyOneHoldsItAtATime();
+    void sharedOnesHoldItTogether();
     void waitIsBounded();
     void waiterGetsItWhenTheHolderLetsGo();
     void threadsExcludeEachOther();
@@ -47,6 +48,20 @@ void TestFileLock::onlyOneHoldsItAtATime()
         QVERIFY(!FileLock(path(), 0).isHeld());
     }
     QVERIFY(FileLock(path(), 0).isHeld());
+}
+
+void TestFileLock::sharedOnesHoldItTogether()
+{
+    constexpr auto shared = FileLock::Kind::Shared;
+    {
+        const FileLock first(path(), 0, shared);
+        QVERIFY(first.isHeld());
+        QVERIFY(FileLock(path(), 0, shared).isHeld());
+        QVERIFY(FileLock(path(), 0).isTaken());
+    }
+    const FileLock alone(path(), 0);
+    QVERIFY(alone.isHeld() && !alone.isTaken());
+    QVERIFY(FileLock(path(), 0, shared).isTaken());
 }
 
 void TestFileLock::waitIsBounded()

@@ -30,6 +30,7 @@ private slots:
     void killedEngineIsStartedAgain();
     void killedDuringCommandWithAReportResendsNothing();
     void stopEndsTheEngineWithoutRestart();
+    void stopIsToldWhenTheEngineHasEnded();
     void stopWithoutEngineDoesNothing();
     void startWhileRunningReplacesTheEngine();
     void missingEngineIsNotTriedAgain();
@@ -206,6 +207,21 @@ void TestSdkHelper::stopEndsTheEngineWithoutRestart()
     QCOMPARE(journal(QStringLiteral("start")).size(), 1);
     QCOMPARE(reports.count(), 0);
     QCOMPARE(log->count(QStringLiteral("Vireon exited")), 0);
+}
+
+void TestSdkHelper::stopIsToldWhenTheEngineHasEnded()
+{
+    const QSignalSpy told(sdk, &SdkHelper::engineStopped);
+    QVERIFY(startEngine());
+    QVERIFY(startEngine()); // in place of the first, which is no stop
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(told.count(), 0);
+    sdk->stopVireon();
+    QCOMPARE(told.count(), 0); // not before the event loop has seen the end
+    QTRY_COMPARE_WITH_TIMEOUT(told.count(), 1, patienceMs);
+    QVERIFY(kill(static_cast<pid_t>(enginePid()), 0) != 0);
+    sdk->stopVireon();
+    QCOMPARE(told.count(), 2);
 }
 
 void TestSdkHelper::stopWithoutEngineDoesNothing()

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 const char* const pagePath = VIREON_SOURCE_DIR "/docs/settings-files.md";
@@ -14,7 +16,8 @@ const char* const head = R"(# The two settings files
 Both are positional: the number of a line decides what it sets, never a name. **One line deleted or
 added shifts the meaning of all lines below it.** Change values, and nothing else.
 
-Lines are counted from 0 here; an editor that counts from 1 shows one more. This page is made by
+Lines are counted from 0 here; an editor that counts from 1 shows one more. Where the unit is that of the
+engine, Vireon knows none and keeps the number as it is. This page is made by
 `scripts/update-pages` from the tables in the code and the shipped file.
 
 ## config/vireon.conf
@@ -26,8 +29,8 @@ behind a `=` without a value. Numbers have a point, whatever the language; a who
 not rounded; what is no number reads as 0. Without the file all values are as shipped, but the files
 of the data directory are looked for in `/var/vireon`.
 
-| line | name | is | as shipped | meaning |
-| --- | --- | --- | --- | --- |
+| line | name | is | unit | as shipped | meaning |
+| --- | --- | --- | --- | --- | --- |
 )";
 
 const char* const middle = R"(
@@ -38,8 +41,8 @@ when a setting changes, and at the start where `autostart` is on: change it whil
 The engine reads it and must not write it. Lines hold a value and no name; what is no number reads as
 0. Lines after the last one are ignored. Without the file the values are those of the third column.
 
-| line | name | at first | is | meaning |
-| --- | --- | --- | --- | --- |
+| line | name | at first | is | unit | meaning |
+| --- | --- | --- | --- | --- | --- |
 )";
 
 QString contentOf(const char* path)
@@ -48,13 +51,20 @@ QString contentOf(const char* path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-QString meaningOf(const QString& name)
+/// Null for a line that has no words of its own.
+const Meaning* findMeaning(const QString& name)
 {
-    for (const Meaning& meaning : configMeanings) {
-        if (name == meaning.name)
-            return meaning.text;
-    }
-    return otherMeaning;
+    const auto* const found =
+        std::find_if(std::begin(configMeanings), std::end(configMeanings),
+                     [&name](const Meaning& meaning) { return name == meaning.name; });
+    return found == std::end(configMeanings) ? nullptr : found;
+}
+
+QString unitOf(const Meaning* meaning, const QString& kind)
+{
+    if (meaning && meaning->unit)
+        return meaning->unit;
+    return kind.endsWith("number") ? enginesUnit : noUnit;
 }
 
 QString quoted(const QString& text)
@@ -69,18 +79,19 @@ QString page()
     for (int line = 0; line < configLineCount; ++line) {
         const QString name = shipped.value(line).section('=', 0, 0);
         const QString value = shipped.value(line).section('=', 1);
-        text += QString("| %1 | `%2` | %3 | %4 | %5 |\n")
-                    .arg(QString::number(line), name,
-                         GS::configLineKind(static_cast<std::size_t>(line)), quoted(value),
-                         meaningOf(name));
+        const QString kind = GS::configLineKind(static_cast<std::size_t>(line));
+        const Meaning* const meaning = findMeaning(name);
+        text += QString("| %1 | `%2` | %3 | %4 | %5 | %6 |\n")
+                    .arg(QString::number(line), name, kind, unitOf(meaning, kind), quoted(value),
+                         meaning ? meaning->text : otherMeaning);
     }
     text += middle;
     for (int line = 0; line < userLineCount; ++line) {
-        text +=
-            QString("| %1 | `%2` | %3 | %4 | %5 |\n")
-                .arg(QString::number(line), userMeanings[line].name,
-                     quoted(userMeanings[line].initial),
-                     GS::userLineKind(static_cast<std::size_t>(line)), userMeanings[line].meaning);
+        text += QString("| %1 | `%2` | %3 | %4 | %5 | %6 |\n")
+                    .arg(QString::number(line), userMeanings[line].name,
+                         quoted(userMeanings[line].initial),
+                         GS::userLineKind(static_cast<std::size_t>(line)), userMeanings[line].unit,
+                         userMeanings[line].meaning);
     }
     return text;
 }
