@@ -15,7 +15,7 @@ class Busy:
 
     def __init__(self, desktop):
         self._desktop = desktop
-        desktop.start("/usr/bin/python3", "-B", _PROGRAM, *_SIZE)
+        self._process = desktop.start("/usr/bin/python3", "-B", _PROGRAM, *_SIZE)
         self._window = wait_for(self._found, what="the other window")
 
     def use(self):
@@ -34,6 +34,11 @@ class Busy:
         """Whether it lies above this window."""
         stack = self._desktop.windows()
         return stack.index(self._window) > stack.index(window)
+
+    def close(self):
+        """Takes it away again."""
+        self._process.kill()
+        wait_for(lambda: self._window not in self._desktop.windows(), what="it to be gone")
 
     def _found(self):
         lines = self._desktop.run("wmctrl", "-l").splitlines()

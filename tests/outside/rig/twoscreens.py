@@ -15,6 +15,10 @@ class TwoScreens(Desktop):
         """Takes the right one away."""
         self.run("xrandr", "--output", _RIGHT, "--off")
 
+    def plug(self):
+        """Puts it in."""
+        self.run("xrandr", "--output", _RIGHT, "--mode", "full_60", "--right-of", _LEFT)
+
     def _start_screen(self):
         log = self.directory / "screens.log"
         number = self._start("Xorg", "-noreset", "-novtswitch", "-sharevts", "-nolisten", "tcp",
@@ -22,6 +26,6 @@ class TwoScreens(Desktop):
         self.environment["DISPLAY"] = ":" + number
         self.run("xrandr", "--output", _LEFT, "--primary", "--mode", "full_60")
         self.run("xrandr", "--addmode", _RIGHT, "full_60")
-        self.run("xrandr", "--output", _RIGHT, "--mode", "full_60", "--right-of", _LEFT)
+        self.plug()
         # The driver knows that it is connected as soon as somebody looks.
         assert f"{_RIGHT} connected" in self.run("xrandr", "--query")
