@@ -37,7 +37,7 @@ Dialog {
                     source: "qrc:///qml/warningIcon.png"
                 }
 
-                Text {
+                Label {
                     id: advice
 
                     anchors { left: warningIcon.right; leftMargin: 20; right: parent.right; rightMargin: 20 }

@@ -50,7 +50,7 @@ Dialog {
 
         anchors { fill: parent; leftMargin: 80; rightMargin: 20; topMargin: root.contentTop; bottomMargin: root.contentBottom }
 
-        Text {
+        Label {
             id: firstText
 
             readonly property string plainText: text.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ")
@@ -116,7 +116,7 @@ Dialog {
         anchors.fill: firstScreen
         visible: false
 
-        Text {
+        Label {
             anchors { left: parent.left; right: parent.right; top: parent.top; bottom: btnRow2.top; bottomMargin: 10 }
             wrapMode: Text.WordWrap
             textFormat: Text.RichText

@@ -54,7 +54,7 @@ Pressable {
         anchors.centerIn: parent
         spacing: 8
 
-        Text {
+        Label {
             anchors.baseline: label.baseline
             visible: root.icon !== ""
             color: Theme.text
@@ -63,7 +63,7 @@ Pressable {
             text: root.icon
         }
 
-        Text {
+        Label {
             id: label
 
             color: Theme.text

@@ -48,7 +48,7 @@ Pressable {
         x: 10
         spacing: 5
 
-        Text {
+        Label {
             anchors.baseline: btnText.baseline
             width: 20
             color: Theme.text
@@ -57,7 +57,7 @@ Pressable {
             text: root.isToggled ? "\uf192" : "\uf10c"
         }
 
-        Text {
+        Label {
             id: btnText
 
             color: Theme.text

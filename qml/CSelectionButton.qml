@@ -48,7 +48,7 @@ Pressable {
         anchors.centerIn: parent
         spacing: 5
 
-        Text {
+        Label {
             id: iconLeft
 
             anchors.verticalCenter: parent.verticalCenter
@@ -60,7 +60,7 @@ Pressable {
             text: "\uf053"
         }
 
-        Text {
+        Label {
             anchors.baseline: label.baseline
             visible: root.textIcon !== ""
             color: Theme.text
@@ -69,7 +69,7 @@ Pressable {
             text: root.textIcon
         }
 
-        Text {
+        Label {
             id: label
 
             visible: !root.isLeft || !root.showDirection || text.trim() !== ""
@@ -80,7 +80,7 @@ Pressable {
             text: root.text
         }
 
-        Text {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2
             visible: !root.isLeft && root.showDirection

@@ -53,7 +53,7 @@ Pressable {
         anchors.centerIn: parent
         spacing: 5
 
-        Text {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             width: 20
             height: 20
@@ -71,7 +71,7 @@ Pressable {
             }
         }
 
-        Text {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.ceil(implicitWidth) // so that the marks of two boxes line up
             color: Theme.text

@@ -19,7 +19,7 @@ Layer {
         color: Theme.raised
     }
 
-    Text {
+    Label {
         anchors { left: parent.left; leftMargin: 20; top: parent.top; topMargin: 9 }
         color: Theme.dimmed
         font.family: fontfamily

@@ -47,7 +47,7 @@ Dialog {
                     source: root.isOpen ? "qrc:///qml/30hz.gif" : ""
                 }
 
-                Text {
+                Label {
                     anchors.horizontalCenter: parent.horizontalCenter
                     horizontalAlignment: Text.AlignHCenter
                     color: Theme.text
@@ -74,7 +74,7 @@ Dialog {
                     source: root.isOpen ? "qrc:///qml/60hz.gif" : ""
                 }
 
-                Text {
+                Label {
                     anchors.horizontalCenter: parent.horizontalCenter
                     horizontalAlignment: Text.AlignHCenter
                     color: Theme.text
@@ -103,7 +103,7 @@ Dialog {
                 source: "qrc:///qml/alert.png"
             }
 
-            Text {
+            Label {
                 id: message
 
                 anchors.verticalCenter: parent.verticalCenter

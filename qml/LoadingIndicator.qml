@@ -22,7 +22,7 @@ Rectangle {
         anchors.centerIn: parent
         spacing: 10
 
-        Text {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text
             font.family: fontAwesome.name
@@ -38,7 +38,7 @@ Rectangle {
             }
         }
 
-        Text {
+        Label {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text
             font.family: fontfamily

@@ -56,7 +56,7 @@ Layer {
             onClicked: panel.hide()
         }
 
-        Text {
+        Label {
             anchors { left: backBtn.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
             color: Theme.softText
             font.family: fontfamily

@@ -71,7 +71,7 @@ SelectionView {
                     NumberAnimation { duration: 100 }
                 }
 
-                Text {
+                Label {
                     id: explanation
 
                     anchors { fill: parent; topMargin: 8; bottomMargin: 8; leftMargin: 22; rightMargin: 15 }

@@ -57,7 +57,7 @@ Pressable {
         visible: mouse.isOver && !mouse.isDown
     }
 
-    Text {
+    Label {
         id: innerText
 
         anchors.centerIn: parent

@@ -15,7 +15,7 @@ Rectangle {
 
     // As large as the place between version and buttons allows. It ends at the same distance from
     // the buttons, however many lines it has.
-    Text {
+    Label {
         id: message
 
         objectName: "status" // the controller tells screen readers of what it says
@@ -43,7 +43,7 @@ Rectangle {
         Accessible.name: text.replace(/ ?<br> ?/g, " ")
     }
 
-    Text {
+    Label {
         id: mark
 
         anchors { right: message.left; rightMargin: (message.contentWidth - message.width) / 2; verticalCenter: message.verticalCenter }

@@ -21,7 +21,7 @@ Item {
         border.color: Theme.tooltipEdge
         visible: showToolTip
 
-        Text {
+        Label {
             id: toolTipText
 
             anchors.centerIn: parent

@@ -70,7 +70,7 @@
     <name>FirmwarePrompt</name>
     <message>
         <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
-        <translation>Die Firmware der Kameraeinheit ist veraltet. Bitte klicken Sie in der Taskleiste auf „Datei“, um sie zu aktualisieren.</translation>
+        <translation>Die Firmware der Kameraeinheit ist veraltet. Bitte klicken Sie in der Menüleiste auf „Datei“, um sie zu aktualisieren.</translation>
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
@@ -226,7 +226,7 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
     <message>
         <source>Running in background, you can open and quit the window from the </source>
-        <translation>Läuft im Hintergrund. Sie können das Fenster öffnen und beenden über das </translation>
+        <translation>Läuft im Hintergrund. Sie öffnen und beenden es über das </translation>
     </message>
     <message>
         <source>icon-tray.</source>

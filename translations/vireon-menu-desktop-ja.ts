@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>Change your graphics scaling to &quot;Scale Fullscreen&quot; or &quot;Maintain Display Scaling&quot;                      inside the Graphics Control Panel of you graphics card.</source>
-        <translation>お使いのグラフィックスカードのコントロールパネルで、スケーリングを「全画面のスケーリング」または「ディスプレイのスケーリングを維持」に変更する。</translation>
+        <translation>グラフィックスカードのコントロールパネルで、スケーリングを「全画面のスケーリング」か「ディスプレイのスケーリングを維持」に変更する。</translation>
     </message>
     <message>
         <source>Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.</source>
@@ -70,7 +70,7 @@
     <name>FirmwarePrompt</name>
     <message>
         <source>Camera unit firmware is old version. Please click &apos;File&apos; in the task bar to update it.</source>
-        <translation>カメラユニットのファームウェアが古いバージョンです。更新するには、タスクバーの「ファイル」をクリックしてください。</translation>
+        <translation>カメラユニットのファームウェアが古いバージョンです。更新するには、メニューバーの「ファイル」をクリックしてください。</translation>
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
@@ -306,7 +306,7 @@ at 60Hz refresh rate or more.</source>
     <name>UpdaterWatch</name>
     <message>
         <source>Vireon is being updated and quits now.</source>
-        <translation>Vireon を更新するため、終了します。</translation>
+        <translation>Vireonを更新するため、終了します。</translation>
     </message>
 </context>
 <context>
@@ -410,7 +410,7 @@ at 60Hz refresh rate or more.</source>
     <name>vireonctl</name>
     <message>
         <source>Vireon is not running.</source>
-        <translation>Vireon は起動していません。</translation>
+        <translation>Vireonは起動していません。</translation>
     </message>
     <message>
         <source>Vireon is running for another user.</source>

@@ -60,8 +60,9 @@ QSize WindowFrame::refit(QWidget& content, const QSize& size)
     const QSize before = window.size();
     content.setMinimumSize(size);
     window.setFixedSize(size.width(), size.height() + menuBarHeight());
-    const QSize half = (window.size() - before) / 2;
-    window.move(window.pos() - QPoint(half.width(), half.height()));
+    const QSize more = window.size() - before;
+    // Cut and not rounded, or the window would climb a pixel with every change and its return.
+    window.move(window.pos() - QPoint(more.width() / 2, more.height() / 2));
     if (const QScreen* screen = window.screen())
         window.move(moved(window.frameGeometry(), screen->availableGeometry()).topLeft());
     return window.size();

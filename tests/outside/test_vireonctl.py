@@ -194,7 +194,7 @@ def test_status_says_what_the_window_says(install, status, text, ready, calibrat
 
 
 @pytest.mark.parametrize("locale, text", [("de_DE.UTF-8", "Vireon läuft nicht."),
-                                          ("ja_JP.UTF-8", "Vireon は起動していません。")])
+                                          ("ja_JP.UTF-8", "Vireonは起動していません。")])
 def test_status_is_in_the_users_language(install, locales, locale, text):
     answer = install().control("status", environment={"LANG": locale, "LOCPATH": str(locales)})
     assert answer.stdout == text + "\n"

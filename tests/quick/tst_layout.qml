@@ -20,7 +20,10 @@ ViewTestCase {
             mainwindow.brandCode = "tal";
             report(view, -1);
         } },
-        { tag: "05-failed", show: function() { report(view, -4); } },
+        { tag: "05-failed", show: function() {
+            view.isTouch = false;
+            report(view, -4);
+        } },
         { tag: "06-last-action-failed", show: function() { report(view, -5); } },
         { tag: "07-gave-up", show: function() { report(view, -12); } },
         { tag: "08-loading", show: function() {
@@ -264,6 +267,8 @@ ViewTestCase {
             if (item.font !== undefined) {
                 verify(!item.truncated, describe(item));
                 verify(item.contentWidth <= item.width + 0.5, describe(item));
+                compare(item.font.hintingPreference,
+                        dpi === 96 ? Font.PreferDefaultHinting : Font.PreferNoHinting, describe(item));
             }
             if (item.activeFocusOnTab)
                 verify(item.height >= 35, describe(item));
@@ -353,6 +358,39 @@ ViewTestCase {
         arrange();
         shown = camera.take(testCase);
         verify(shown.isFramed(pixels(button(0), 3), Math.round(2 * view.factor)), "the mark of the keyboard");
+    }
+
+    Component {
+        id: largeText
+
+        Text {
+            font.hintingPreference: Font.PreferNoHinting
+        }
+    }
+
+    function test_lettersAreWhole_data() {
+        var rows = [];
+        densities.slice(1).forEach(function(dpi) {
+            [12, 16, 20, 28].forEach(function(size) {
+                rows.push({ tag: size + " px " + dpi, size: size, dpi: dpi });
+            });
+        });
+        return rows;
+    }
+
+    // As high as if written at this density, and not enlarged, but for what rounding takes.
+    function test_lettersAreWhole(row) {
+        factor = row.dpi / 96;
+        var small = create("Label", { text: "Cog", x: 20, y: 20, scale: factor, transformOrigin: Item.TopLeft });
+        var large = createTemporaryObject(largeText, testCase, { text: "Cog", x: 300, y: 20 });
+        small.font.pixelSize = row.size;
+        large.font.pixelSize = row.size * factor;
+        arrange();
+        var shown = camera.take(testCase);
+        factor = 1;
+        var rows = shown.rowsOf(Qt.rect(0, 0, 280, 100));
+        verify(rows > large.font.pixelSize / 2);
+        fuzzyCompare(rows, shown.rowsOf(Qt.rect(280, 0, 280, 100)), 1);
     }
 
     // Where an item is in the picture, with so many base px around it.

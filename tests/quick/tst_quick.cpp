@@ -164,6 +164,21 @@ public:
         return 1;
     }
 
+    /// How many rows of @p area something is painted on.
+    Q_INVOKABLE int rowsOf(const QRectF& area) const
+    {
+        const QImage part = image.copy(area.toRect());
+        const QColor around = part.pixelColor(0, 0);
+        int rows = 0;
+        for (int y = 0; y < part.height(); ++y) {
+            bool painted = false;
+            for (int x = 0; x < part.width() && !painted; ++x)
+                painted = part.pixelColor(x, y) != around;
+            rows += painted;
+        }
+        return rows;
+    }
+
     Q_INVOKABLE bool equals(QObject* other) const
     {
         return image == qobject_cast<Picture*>(other)->image;

@@ -37,6 +37,7 @@ private slots:
     void sizeIsFixed();
     void menuBarsHeightDoesNotRaiseTheSize();
     void sizeIsFixedAnewAroundTheMiddle();
+    void oddGrowthIsTakenBackWhole();
     void grownWindowIsMovedOntoItsScreen_data();
     void grownWindowIsMovedOntoItsScreen();
     void windowIsCentred_data();
@@ -147,6 +148,17 @@ void TestWindowFrame::sizeIsFixedAnewAroundTheMiddle()
     frame->refit(*content, QSize(300, 200));
     QCOMPARE(window->size(), QSize(300, 200 + menuBarHeight()));
     QCOMPARE(window->pos(), QPoint(200, 150));
+}
+
+void TestWindowFrame::oddGrowthIsTakenBackWhole()
+{
+    window->move(200, 150);
+    const QSize size = frame->refit(*content, QSize(300, 200));
+    const QPoint place = window->pos();
+    frame->refit(*content, QSize(401, 271));
+    frame->refit(*content, QSize(300, 200));
+    QCOMPARE(window->size(), size);
+    QCOMPARE(window->pos(), place);
 }
 
 void TestWindowFrame::grownWindowIsMovedOntoItsScreen_data()
