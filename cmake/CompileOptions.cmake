@@ -5,6 +5,10 @@ set(VIREON_SANITIZERS "" CACHE STRING "Sanitizers for our own code, separated by
 add_library(vireon-options INTERFACE)
 target_compile_options(vireon-options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # Qt's logging macros are written in that way, and clang 14 blames who calls them.
+    target_compile_options(vireon-options INTERFACE -Wno-gnu-zero-variadic-macro-arguments)
+endif()
 target_compile_definitions(vireon-options INTERFACE
     QT_DEPRECATED_WARNINGS
     QT_NO_CAST_TO_ASCII

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr qint64 longestFile = 16 * 1024 * 1024; // bytes
+constexpr qint64 longestFile = 16777216; // bytes
 constexpr int mostNames = 2000;
 constexpr int nameWidth = 24;
 

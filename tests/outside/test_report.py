@@ -97,6 +97,22 @@ def test_needs_no_controller_and_no_display(install, path):
     assert not app.data.exists()
 
 
+def test_of_what_is_too_large_it_has_a_part(install, path):
+    app = install().switch_on("logFile=vireon.log")
+    app.data.mkdir()
+    limit = 16777216
+    (app.data / "vireon.log").write_bytes(b"first\n" + (limit - 5) * b"x" + b"last\n")
+    (app.data / "vireon.log.1").write_bytes(limit * b"y")
+    for number in range(2000):
+        (app.data / f"{number}").touch()
+    assert app.control("report", path).returncode == DONE
+    files = unpacked(path)
+    assert files["log/vireon.log"] == "[only the end of it]\n" + (limit - 5) * "x" + "last\n"
+    assert files["log/vireon.log.1"] == limit * "y"
+    lines = files["data-directory.txt"].splitlines()
+    assert len(lines) == 2002 and lines[-1] == "[and more]"
+
+
 def test_tells_which_tools_are_missing(install, directory, path):
     tools = directory / "tools"
     tools.mkdir()

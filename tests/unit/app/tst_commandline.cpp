@@ -50,13 +50,23 @@ void TestCommandLine::answers_data()
     QTest::addColumn<int>("status"); // -1: the program runs
     for (const char* line : {"--help", "-h", "-help", "--version", "-v"})
         QTest::newRow(line) << 0;
-    for (const char* line : {"--mailbx", "--mailbox=maybe", "--mailbox", "--logFileKept=10",
-                             "--logFileSize 10", "-x", "--platform"})
+    for (const char* line :
+         {"--mailbx", "--mailbox=maybe", "--mailbox", "--logFileKept=10", "--logFileSize 10", "-x",
+          "--mailbox=maybe --mailbox=true", "--mailbox=true --mailbox=maybe"})
         QTest::newRow(line) << 2;
     for (const char* line :
          {"", "--mailbox=true", "-mailbox false", "--logFile=/x --logFileSize=2048",
           "-platform offscreen", "--platform=offscreen", "-session 12 -reverse", "-style fusion",
           "-geometry 10x10+5+5", "-display :1 -name x", "-qmljsdebugger=port:3768", "word"})
+        QTest::newRow(line) << -1;
+    // Qt's own, as the last word: one that takes a value lacks it.
+    for (const char* line :
+         {"-platform", "-platformpluginpath", "-platformtheme", "-plugin", "-geometry",
+          "-qwindowgeometry", "-title", "-qwindowtitle", "-icon", "-qwindowicon", "-style",
+          "-stylesheet", "-session", "-qmljsdebugger", "-display", "-name", "-visual"})
+        QTest::newRow(line) << 2;
+    for (const char* line :
+         {"-reverse", "-widgetcount", "-testability", "-qdebug", "-qdevel", "-nograb", "-dograb"})
         QTest::newRow(line) << -1;
 }
 

@@ -1,5 +1,6 @@
 #include "ipc/runguard.h"
 
+#include "base/attachedsegment.h"
 #include "base/filelock.h"
 #include "base/keyfile.h"
 #include "support/logrecorder.h"
@@ -817,6 +818,9 @@ void TestRunGuard::copyOfAnotherUserCounts()
         QSKIP(reason.constData());
     Copy holder(asUser(holding));
     QCOMPARE(holder.ask("try"), QByteArray("won"));
+    const auto marker = RunGuard(theKey).findAnother();
+    QVERIFY(marker);
+    QCOMPARE(marker->creator, holding.isEmpty() ? geteuid() : holding.toUInt());
     {
         Copy asking(asUser(looking));
         QCOMPARE(asking.ask("ask"), QByteArray("running"));

@@ -16,8 +16,8 @@ const char* const head = R"(# The two settings files
 Both are positional: the number of a line decides what it sets, never a name. **One line deleted or
 added shifts the meaning of all lines below it.** Change values, and nothing else.
 
-Lines are counted from 0 here; an editor that counts from 1 shows one more. Where the unit is that of the
-engine, Vireon knows none and keeps the number as it is. This page is made by
+Lines are counted from 0 here; an editor that counts from 1 shows one more. Where the unit is that of
+the engine, Vireon knows none and keeps the number as it is. This page is made by
 `scripts/update-pages` from the tables in the code and the shipped file.
 
 ## config/vireon.conf

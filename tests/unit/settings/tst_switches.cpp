@@ -89,20 +89,22 @@ void TestSwitches::shippedFileHasEveryRowOff()
 
 void TestSwitches::lineSetsItsRowAlone_data()
 {
+    QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("value");
     for (const Switches::Row& row : Switches::rows()) {
-        QString value = "true";
+        QStringList values {"true"};
         if (const auto* number = std::get_if<Switches::Number>(&row.value))
-            value = QString::number(number->most);
+            values = QStringList {QString::number(number->least), QString::number(number->most)};
         else if (std::holds_alternative<Switches::Path>(row.value))
-            value = "/some/where.log";
-        QTest::newRow(row.name) << value;
+            values = QStringList {"/some/where.log"};
+        for (const QString& value : values)
+            QTest::addRow("%s %s", row.name, qPrintable(value)) << QString(row.name) << value;
     }
 }
 
 void TestSwitches::lineSetsItsRowAlone()
 {
-    const QString name = QTest::currentDataTag();
+    QFETCH(QString, name);
     QFETCH(QString, value);
     Switches switches;
     QCOMPARE(switches.read(write((name + "=" + value + "\n").toUtf8())), QStringList());
@@ -132,7 +134,9 @@ void TestSwitches::flagsKnowTwoWords()
     QCOMPARE(switches.sleep, on);
     QCOMPARE(faults.size(), right ? 0 : 1);
     if (!right)
-        QVERIFY2(faults[0].startsWith("sleep: \""), qPrintable(faults[0]));
+        QCOMPARE(faults[0],
+                 QString("sleep: \"%1\" is wrong, true or false wanted; it stays off")
+                     .arg(QTest::currentDataTag()));
 }
 
 void TestSwitches::unknownKeyIsTold()
@@ -158,15 +162,21 @@ void TestSwitches::wrongNumberSwitchesTheLogFileOff()
     QFETCH(QByteArray, line);
     const QStringList faults = switches.read(write(line + "\nlogFile=/some/where.log\n"));
     QCOMPARE(faults.size(), 1);
-    QVERIFY(faults[0].startsWith(line.left(11)));
+    const bool isSize = line.startsWith("logFileSize");
+    QCOMPARE(faults[0],
+             QString("%1: \"%2\" is wrong, %3 wanted; it stays off")
+                 .arg(QString(line.left(11)), QString(line.mid(12)),
+                      isSize ? "1024 to 1073741824" : "0 to 9"));
     QCOMPARE(textsOf(switches), textsOf({}));
 }
 
 void TestSwitches::commasStayInThePath()
 {
-    Switches switches;
-    QCOMPARE(switches.read(write("logFile=\"/a, b/c.log\"\n")), QStringList());
-    QCOMPARE(switches.logFile, QString("/a, b/c.log"));
+    for (const char* line : {"logFile=\"/a, b/c.log\"\n", "logFile=/a, b/c.log\n"}) {
+        Switches switches;
+        QCOMPARE(switches.read(write(line)), QStringList());
+        QCOMPARE(switches.logFile, QString("/a, b/c.log"));
+    }
 }
 
 void TestSwitches::whatIsNoFileIsTold_data()
