@@ -60,9 +60,10 @@ QSize WindowFrame::refit(QWidget& content, const QSize& size)
     const QSize before = window.size();
     content.setMinimumSize(size);
     window.setFixedSize(size.width(), size.height() + menuBarHeight());
-    const QSize more = window.size() - before;
-    // Cut and not rounded, or the window would climb a pixel with every change and its return.
-    window.move(window.pos() - QPoint(more.width() / 2, more.height() / 2));
+    // Each size is halved by itself: however often it changes, the rounding does not add up.
+    window.move(window.pos()
+                + QPoint(before.width() / 2 - window.width() / 2,
+                         before.height() / 2 - window.height() / 2));
     if (const QScreen* screen = window.screen())
         window.move(moved(window.frameGeometry(), screen->availableGeometry()).topLeft());
     return window.size();
