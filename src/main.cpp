@@ -80,7 +80,7 @@ void showDataDirectoryProblem()
 {
     const QString problem = DataDirectoryCheck::problem();
     if (!problem.isEmpty())
-        showErrorBox(mainWindow->appName(), problem);
+        showErrorBox(mainWindow.load()->appName(), problem);
 }
 
 /// Makes and shows the main window, and starts the engine. False when there is nothing to show: the
@@ -93,24 +93,25 @@ bool start(QTranslator& translator, Integration& integration)
     const QString openText = QObject::tr("Open");
     const QString exitText = QObject::tr("Exit");
     FileHelper::cleanWorkingDirectory();
-    mainWindow = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
+    auto* window = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
+    mainWindow = window;
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
     // These two live as long as the process, as the window does.
     auto* quitRequests = new QuitRequests;
-    QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
-    if (!mainWindow->hasView()) {
-        mainWindow->showViewError();
+    QObject::connect(quitRequests, &QuitRequests::quitRequested, window, &MainWindow::exitApp);
+    if (!window->hasView()) {
+        window->showViewError();
         return false;
     }
     auto* service = new ApplicationService;
-    QObject::connect(service, &ApplicationService::activateRequested, mainWindow,
+    QObject::connect(service, &ApplicationService::activateRequested, window,
                      &MainWindow::bringToFront);
     service->start();
-    integration.start(*mainWindow);
+    integration.start(*window);
     qDebug() << "Run Vireon";
     SdkHelper::instance(nullptr)->startVireon();
     // The box waits for the user, and everything else must not.
-    QMetaObject::invokeMethod(mainWindow, &showDataDirectoryProblem, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(window, &showDataDirectoryProblem, Qt::QueuedConnection);
     return true;
 }
 

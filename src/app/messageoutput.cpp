@@ -46,8 +46,8 @@ void myMessageOutput(QtMsgType type, QMessageLogContext const& context, QString 
     std::fflush(stdout);
     if (logFile)
         logFile->write(line);
-    if (mainWindow)
-        mainWindow->appendText(line);
+    if (MainWindow* window = mainWindow)
+        window->appendText(line);
 }
 
 void setLogFile(LogFile* file)

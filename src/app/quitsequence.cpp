@@ -23,7 +23,7 @@ void QuitSequence::end(std::unique_ptr<QApplication> application, std::unique_pt
     WorkerThread::stopAll();
     const bool alone = WorkerThread::waitForAll(budgetMs);
     // The application object takes the window along, and with it all that is in it.
-    mainWindow->setParent(nullptr);
+    mainWindow.load()->setParent(nullptr);
     if (!alone) {
         static_cast<void>(translator.release());
         static_cast<void>(application.release());

@@ -19,13 +19,13 @@ void ToolbarControl::onLoadingChanged()
 {
     hidden = ViewRoot(window).isLoading();
     if (hidden)
-        toolbar.hideAnnotoraAnnotationToolbar();
+        hiding.hideAnnotoraAnnotationToolbar();
     else
-        toolbar.showAnnotoraAnnotationToolbar();
+        showing.showAnnotoraAnnotationToolbar();
 }
 
 void ToolbarControl::onQuit()
 {
     if (hidden)
-        toolbar.showAnnotoraAnnotationToolbar();
+        showing.showAnnotoraAnnotationToolbar();
 }

@@ -25,6 +25,8 @@ private slots:
 
 private:
     MainWindow& window;
-    AnnotoraSDKHelper toolbar;
+    // One each: with a tool still running, a helper starts no other.
+    AnnotoraSDKHelper hiding;
+    AnnotoraSDKHelper showing;
     bool hidden = false;
 };

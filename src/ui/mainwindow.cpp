@@ -63,7 +63,7 @@ void openPage(const char* address)
 
 } // namespace
 
-MainWindow* mainWindow = nullptr;
+std::atomic<MainWindow*> mainWindow {nullptr};
 
 // --- Construction -----------------------------------------------------------------------------
 

@@ -268,5 +268,5 @@ private:
     std::unique_ptr<WindowFrame> frame; ///< of the top-level window
 };
 
-/// The one main window; null until its constructor has returned.
-extern MainWindow* mainWindow;
+/// The one main window; null until its constructor has returned. Threads that log read it, too.
+extern std::atomic<MainWindow*> mainWindow;

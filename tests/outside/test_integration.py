@@ -164,8 +164,9 @@ def toolbar(install, directory):
     def start(scenario=None):
         place = directory / "copy0/app"
         app = install(scenario=scenario, environment={"PATH": f"{place}:/usr/bin:/bin"})
-        for name, word in ((HIDE, "hide"), (SHOW, "show")):
-            (app.programs / name).write_text(f"#!/bin/sh\necho {word} >>{journal}\n")
+        # The one that hides is still at it when the other one is wanted.
+        for name, word in ((HIDE, "hide; exec sleep 5"), (SHOW, "show")):
+            (app.programs / name).write_text(f"#!/bin/sh\nexec >>{journal}\necho {word}\n")
             (app.programs / name).chmod(0o755)
         return app.switch_on("annotationToolbar").start()
 

@@ -39,11 +39,11 @@ int main(int argc, char** argv)
 
     const Words words([](const QStringList& line) {
         if (line.first() == "call")
-            QMetaObject::invokeMethod(mainWindow, line.value(1).toLatin1().constData());
+            QMetaObject::invokeMethod(mainWindow.load(), line.value(1).toLatin1().constData());
         else if (line.first() == "message")
-            mainWindow->showMessage(line.value(1));
+            mainWindow.load()->showMessage(line.value(1));
         else if (line.first() == "status")
-            mainWindow->onStatusChanged(line.value(1).toInt());
+            mainWindow.load()->onStatusChanged(line.value(1).toInt());
         Words::say("done");
     });
     Words::say("ready");

@@ -21,7 +21,7 @@ alignas(MainWindow) unsigned char windowPlace[sizeof(MainWindow)];
 
 } // namespace
 
-MainWindow* mainWindow = nullptr;
+std::atomic<MainWindow*> mainWindow {nullptr};
 
 void MainWindow::appendText(QString text)
 {

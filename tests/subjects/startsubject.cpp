@@ -34,7 +34,7 @@ void say(const char* name, bool value)
 bool isWindowShown()
 {
     for (const QWidget* widget : QApplication::topLevelWidgets()) {
-        if (widget->isVisible() && widget->windowTitle() == mainWindow->appName())
+        if (widget->isVisible() && widget->windowTitle() == mainWindow.load()->appName())
             return true;
     }
     return false;
@@ -42,7 +42,7 @@ bool isWindowShown()
 
 bool hasLooksOfTheView()
 {
-    return QApplication::palette().color(QPalette::Window) == mainWindow->color();
+    return QApplication::palette().color(QPalette::Window) == mainWindow.load()->color();
 }
 
 bool hasProgramsIcon()
@@ -70,8 +70,8 @@ int QApplication::exec()
     say("shown", isWindowShown());
     say("looks of the view", hasLooksOfTheView());
     say("fonts unified", !QFont::substitutes("Tahoma").isEmpty());
-    say("version in the view", mainWindow->rootObject()->property("versionText").toString());
-    const auto* icon = mainWindow->findChild<QSystemTrayIcon*>();
+    say("version in the view", mainWindow.load()->rootObject()->property("versionText").toString());
+    const auto* icon = mainWindow.load()->findChild<QSystemTrayIcon*>();
     say("tray item", icon ? icon->contextMenu()->actions().first()->text() : "none");
     return 3;
 }

@@ -224,6 +224,10 @@ class App:
         return [item.name for item in self.items()
                 if item.focused and item.name and item.role in _CLICKABLE]
 
+    def is_in_menus(self):
+        """Whether a menu or an entry of one has the keyboard."""
+        return any(item.focused and item.role == "menu item" for item in self.items())
+
     def focused(self):
         """The name of the control that has the keyboard, or None."""
         names = self.focus()

@@ -42,6 +42,7 @@ class Keyboard:
         raise AssertionError(f"Tab does not lead to {name!r}")
 
     def choose(self, app, menu, entry):
+        processes.wait_for(lambda: not app.is_in_menus(), what="the end of the last menu")
         app.key("F10")
         processes.wait_for(lambda: app.has_focus("File"), what="the first menu")
         for key, name in (("Right", menu), ("Down", entry)):
