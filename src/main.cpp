@@ -15,10 +15,10 @@
 #include "ui/errorbox.h"
 #include "ui/looks.h"
 #include "ui/mainwindow.h"
+#include "ui/programicon.h"
 
 #include <QApplication>
 #include <QDebug>
-#include <QIcon>
 #include <QLocale>
 #include <QQuickWindow>
 #include <QTextCodec>
@@ -102,7 +102,7 @@ bool start(QTranslator& translator, Integration& integration)
     const QString exitText = QObject::tr("Exit");
     FileHelper::cleanWorkingDirectory();
     mainWindow = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
+    QApplication::setWindowIcon(programIcon());
     // These two live as long as the process, as the window does.
     auto* quitRequests = new QuitRequests;
     QObject::connect(quitRequests, &QuitRequests::quitRequested, mainWindow, &MainWindow::exitApp);
