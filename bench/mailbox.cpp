@@ -1,6 +1,6 @@
 // bench-mailbox [COUNT]: a sender process puts COUNT commands (10000 if not given) into the
 // mailbox of this process, each as soon as the last one's file has disappeared. Says how many
-// arrived and how long one took; exits 0 when all came, once each and in order.
+// arrived and how long they took; exits 0 when all came, once each and in order.
 
 #include "base/workerthread.h"
 #include "ipc/ipclistener.h"
@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <ctime>
 #include <vector>
 
 namespace {
@@ -28,7 +29,14 @@ char digitOf(int number)
     return static_cast<char>('0' + number % 10);
 }
 
-/// The sender process.
+qint64 clockNs()
+{
+    timespec now {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return qint64 {now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
+/// The sender process. It prints when it had written each.
 int sendCommands(const QString& path, int count)
 {
     for (int i = 0; i < count; ++i) {
@@ -36,6 +44,7 @@ int sendCommands(const QString& path, int count)
         if (!file.open(QIODevice::WriteOnly) || !file.putChar(digitOf(i)))
             return 1;
         file.close();
+        std::printf("%lld\n", clockNs());
         while (QFile::exists(path))
             QThread::usleep(200);
     }
@@ -50,6 +59,23 @@ void watchLog(QtMsgType, const QMessageLogContext&, const QString& text)
 {
     if (text.startsWith("ipc read:"))
         loopHasRead = true;
+}
+
+/// Of the commands that came in order.
+void tellTimes(QProcess& sender, const std::vector<qint64>& arrivals)
+{
+    std::vector<double> times;
+    for (const qint64 arrival : arrivals) {
+        const QByteArray written = sender.readLine();
+        if (!written.isEmpty())
+            times.push_back(static_cast<double>(arrival - written.trimmed().toLongLong()) / 1e6);
+    }
+    if (times.empty())
+        return;
+    std::sort(times.begin(), times.end());
+    std::printf("from the writing to the signal: median %.1f ms, 99th percentile %.1f ms, "
+                "longest %.1f ms\n",
+                times[times.size() / 2], times[times.size() * 99 / 100], times.back());
 }
 
 int judge(const std::vector<int>& codes, int count, qint64 elapsedMs)
@@ -80,8 +106,12 @@ int main(int argc, char* argv[])
     GS::instance()->fifo1Path = dir.filePath("fifo1");
     GS::instance()->refifoPath = dir.filePath("refifo");
     std::vector<int> codes;
+    std::vector<qint64> arrivals;
     QObject::connect(IpcListener::instance(), &IpcListener::received, &app,
-                     [&codes](int id) { codes.push_back(id); });
+                     [&codes, &arrivals](int id) {
+                         codes.push_back(id);
+                         arrivals.push_back(clockNs());
+                     });
 
     QElapsedTimer timer;
     QProcess sender;
@@ -100,6 +130,7 @@ int main(int argc, char* argv[])
     WorkerThread::waitForAll(10000);
     QCoreApplication::processEvents();
     delete IpcListener::instance();
+    tellTimes(sender, arrivals);
     const int verdict = judge(codes, count, elapsedMs);
     return senderResult == 0 ? verdict : senderResult;
 }

@@ -4,6 +4,8 @@ import "theme.js" as Theme
 // The advice before an auto calibration. Its user puts a check box into "choice" and declares the
 // buttons, which stand in a row below it.
 Dialog {
+    id: popUp
+
     property alias choice: choiceRow.data
     default property alias buttons: buttonRow.data
 
@@ -34,7 +36,7 @@ Dialog {
                     anchors { left: parent.left; leftMargin: 10 }
                     width: 40
                     height: 40
-                    source: "qrc:///qml/warningIcon.png"
+                    source: popUp.isOpen ? "qrc:///qml/warningIcon.png" : ""
                 }
 
                 Label {

@@ -2,7 +2,8 @@ import QtQuick 2.15
 import "theme.js" as Theme
 
 // Tells that the screen is not 16:9 and offers what to do about it: at once on the first screen, in
-// the settings of the graphics card on the second.
+// the settings of the graphics card on the second. Rich text is laid out even where nobody sees it,
+// at a price: there is none while this is closed.
 Dialog {
     id: root
 
@@ -42,7 +43,7 @@ Dialog {
         anchors { left: parent.left; leftMargin: 20; top: parent.top; topMargin: root.contentTop }
         width: 40
         height: 40
-        source: "qrc:///qml/warningIcon.png"
+        source: root.isOpen ? "qrc:///qml/warningIcon.png" : ""
     }
 
     Item {
@@ -61,7 +62,8 @@ Dialog {
             color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 17
-            text: qsTr("This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>")
+            text: root.isOpen ? qsTr("This Screen is not set to a widescreen (16:9) resolution.<br><br>                   If the touch accuracy is not satisfactory, <b>choose one of the following options or ignore:</b>")
+                              : ""
 
             Accessible.role: Accessible.StaticText
             Accessible.name: plainText
@@ -123,12 +125,13 @@ Dialog {
             color: Theme.softText
             font.family: fontfamily
             font.pixelSize: 15
-            text: qsTr("Apply one of the following changes to achieve better touch accuracy:")
-                + "<ol type=\"A\"><li>"
-                + qsTr("Change your graphics scaling to \"Scale Fullscreen\" or \"Maintain Display Scaling\"                      inside the Graphics Control Panel of you graphics card.")
-                + "</li><li>"
-                + qsTr("Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.")
-                + "</li></ol>"
+            text: !root.isOpen ? ""
+                : qsTr("Apply one of the following changes to achieve better touch accuracy:")
+                  + "<ol type=\"A\"><li>"
+                  + qsTr("Change your graphics scaling to \"Scale Fullscreen\" or \"Maintain Display Scaling\"                      inside the Graphics Control Panel of you graphics card.")
+                  + "</li><li>"
+                  + qsTr("Set a 16:9 resolution such as 1360x768, 1600x900 or 1920x1080.")
+                  + "</li></ol>"
 
             Accessible.role: Accessible.StaticText
             Accessible.name: text.replace(/<[^>]*>/g, " ").replace(/\s+/g, " ")

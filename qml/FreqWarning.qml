@@ -100,7 +100,7 @@ Dialog {
                 anchors.verticalCenter: parent.verticalCenter
                 width: 40
                 height: 40
-                source: "qrc:///qml/alert.png"
+                source: root.isOpen ? "qrc:///qml/alert.png" : ""
             }
 
             Label {
@@ -123,7 +123,7 @@ Dialog {
             anchors { bottom: parent.bottom; right: parent.right }
             width: 80
             height: 35
-            source: "qrc:///qml/okbtn.png"
+            source: root.isOpen ? "qrc:///qml/okbtn.png" : ""
 
             CButton {
                 id: okControl

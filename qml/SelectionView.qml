@@ -2,8 +2,9 @@ import QtQuick 2.15
 import "theme.js" as Theme
 
 // A panel that slides in from the right and covers the main view. Escape and the chevron in its
-// title bar close it. "content" is a Component with the panel's body; its root item has the
-// properties "first" and "last", the controls between which Tab leads through it.
+// title bar close it. "content" is a Component with the panel's body, which is made when the panel
+// opens for the first time; its root item has the properties "first" and "last", the controls between
+// which Tab leads through it.
 Layer {
     id: panel
 
@@ -30,6 +31,7 @@ Layer {
     first: backBtn
 
     onEscaped: hide()
+    onIsOpenChanged: loader.active = true
 
     Behavior on anchors.rightMargin {
         NumberAnimation { duration: 200; easing.type: Easing.InOutCubic }
@@ -71,6 +73,7 @@ Layer {
     Loader {
         id: loader
 
+        active: false
         // In the middle of what is to be seen below the title bar.
         anchors.centerIn: parent
         anchors.verticalCenterOffset: titlebar.height / 2

@@ -15,10 +15,10 @@
 #include "ui/errorbox.h"
 #include "ui/looks.h"
 #include "ui/mainwindow.h"
+#include "ui/programicon.h"
 
 #include <QApplication>
 #include <QDebug>
-#include <QIcon>
 #include <QLocale>
 #include <QQuickWindow>
 #include <QTextCodec>
@@ -95,7 +95,7 @@ bool start(QTranslator& translator, Integration& integration)
     FileHelper::cleanWorkingDirectory();
     auto* window = new MainWindow(openText, exitText, QLatin1String(applicationVersion));
     mainWindow = window;
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
+    QApplication::setWindowIcon(programIcon());
     // These two live as long as the process, as the window does.
     auto* quitRequests = new QuitRequests;
     QObject::connect(quitRequests, &QuitRequests::quitRequested, window, &MainWindow::exitApp);

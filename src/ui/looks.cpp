@@ -6,8 +6,7 @@
 #include <QFontInfo>
 #include <QMenuBar>
 #include <QPalette>
-#include <QStyle>
-#include <QStyleFactory>
+#include <QProxyStyle>
 
 namespace {
 
@@ -78,6 +77,22 @@ constexpr PaletteRow paletteRows[] = {
     {QPalette::LinkVisited, secondary500},
 };
 
+/// Leaves out the pictures of a menu bar's button for entries that have no place. All have in these
+/// windows, and for those pictures Qt would load all its plug-ins for pictures.
+class Style : public QProxyStyle
+{
+public:
+    using QProxyStyle::QProxyStyle;
+
+    QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                       const QWidget* widget) const override
+    {
+        return which == SP_ToolBarHorizontalExtensionButton
+            ? QIcon()
+            : QProxyStyle::standardIcon(which, option, widget);
+    }
+};
+
 QPalette palette()
 {
     // The constructor derives the shades of borders and edges.
@@ -114,7 +129,7 @@ QString styleSheet()
 
 void applyLooks()
 {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Style(QStringLiteral("Fusion")));
     QApplication::setPalette(palette());
     QApplication::setFont(font());
     qApp->setStyleSheet(styleSheet());

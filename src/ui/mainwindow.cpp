@@ -18,6 +18,7 @@
 #include "ui/mapwatch.h"
 #include "ui/messagechannel.h"
 #include "ui/mywidget.h"
+#include "ui/programicon.h"
 #include "ui/splash.h"
 #include "ui/supportaddresses.h"
 #include "ui/viewcolours.h"
@@ -29,7 +30,6 @@
 #include <QDebug>
 #include <QDesktopServices>
 #include <QFile>
-#include <QIcon>
 #include <QMenuBar>
 #include <QQmlContext>
 #include <QQmlError>
@@ -146,7 +146,7 @@ void MainWindow::createIndicator(const QString& openText, const QString& exitTex
 void MainWindow::createTrayIcon(const QString& exitText)
 {
     trayIcon = new QSystemTrayIcon(this);
-    trayIcon->setIcon(QIcon(QStringLiteral(":/qml/Vireon.icns")));
+    trayIcon->setIcon(programIcon());
     trayIcon->setVisible(true);
     trayMenu = new QMenu;
     auto* trayExitAction = new QAction(exitText, this);

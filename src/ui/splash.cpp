@@ -1,5 +1,7 @@
 #include "ui/splash.h"
 
+#include "ui/pngpicture.h"
+
 #include <QBitmap>
 #include <QDebug>
 #include <QPixmap>
@@ -8,7 +10,8 @@
 Splash::Splash(QString brand)
 {
     qDebug() << "splash image for brand: " << brand;
-    const QPixmap picture(QLatin1String(":/qml/splash_") + brand + QLatin1String(".png"));
+    const QPixmap picture = QPixmap::fromImage(
+        pngPictureIn(QLatin1String(":/qml/splash_") + brand + QLatin1String(".png")));
     splashScreen = std::make_unique<QSplashScreen>(picture, Qt::WindowFlags());
     splashScreen->setMask(picture.mask());
     connect(this, &Splash::splashShowWindow, this, &Splash::slotShowWindow);

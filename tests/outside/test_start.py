@@ -6,6 +6,7 @@ import pytest
 from PIL import Image
 
 from rig import wait_for
+from rig.processes import maps_of
 
 BAD = (0xff, 0x8a, 0x80)  # the colour of what has failed
 LEFTOVERS = ("fifo1", "fifo2", "refifo")
@@ -19,6 +20,15 @@ def test_starts_up_to_ready(install):
     app.wait_until_shows("Started and ready")
     assert len(app.journal("start")) == 1
     assert app.log_count(r"Vireon exited") == 0
+
+
+def test_loads_no_plug_in_for_pictures(install):
+    app = install().start()
+    app.wait_until_shows("Started and ready")
+    assert not [name for name in maps_of(app.pid) if name.startswith(("libqgif", "libqic", "libqjpeg"))]
+    app.click("Auto Calibration")
+    app.wait_for_control("Continue")  # with a picture beside it
+    wait_for(lambda: "libqicns.so" in maps_of(app.pid), what="the plug-ins")
 
 
 def test_cleans_the_directory_before_the_engine_starts(install):

@@ -383,8 +383,7 @@ ViewTestCase {
     // --- Rate warning -------------------------------------------------------------------------
 
     function okButton() {
-        var picture = find(view, function(item) { return item.source !== undefined
-                                                  && item.source.toString() === "qrc:///qml/okbtn.png"; });
+        var picture = find(view, function(item) { return source.idsOf(item).indexOf("okBtn") >= 0; });
         return find(picture, function(item) { return item.activeFocusOnTab; });
     }
 
@@ -412,6 +411,7 @@ ViewTestCase {
         ].forEach(function(text) {
             compare(shownText(view, text).font.family, "Helvetica Neue");
         });
+        compare(okButton().parent.source.toString(), "qrc:///qml/okbtn.png");
         verify(find(view, function(item) { return item.source !== undefined
                                            && item.source.toString() === "qrc:///qml/alert.png"; }));
     }

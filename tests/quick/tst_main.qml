@@ -250,6 +250,10 @@ ViewTestCase {
 
     function test_ids() {
         var ids = [];
+        // What is in a panel is made when it opens.
+        findAll(view, function(item) { return item.content !== undefined; }).forEach(function(panel) {
+            panel.show();
+        });
         findAll(view, function() { return true; }).forEach(function(item) {
             ids = ids.concat(source.idsOf(item));
         });
