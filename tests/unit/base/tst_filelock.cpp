@@ -1,6 +1,7 @@
 #include "base/filelock.h"
 
 #include "support/patience.h"
+#include "support/permissionchecks.h"
 
 #include <QtTest>
 
@@ -26,6 +27,7 @@ private slots:
     void fileThatWasRemovedIsMadeAgain();
     void isNotHeldWithoutAProperFile_data();
     void isNotHeldWithoutAProperFile();
+    void noLockInAForbiddenDirectoryIsNoTakenOne();
 
 private:
     QString path() const { return temporary->filePath("lock"); }
@@ -150,9 +152,20 @@ void TestFileLock::isNotHeldWithoutAProperFile()
     QElapsedTimer timer;
     timer.start();
     const FileLock lock(kind == "missing" ? path() + "/lock" : path(), patienceMs);
-    QVERIFY(!lock.isHeld());
+    QVERIFY(!lock.isHeld() && !lock.isTaken());
     QVERIFY(timer.elapsed() < patienceMs / 2);
     QVERIFY(!QFile::exists(temporary->filePath("elsewhere")));
+}
+
+/// One who tries again while a lock is taken would do so for nothing here, with a log line each.
+void TestFileLock::noLockInAForbiddenDirectoryIsNoTakenOne()
+{
+    const auto readable = QFile::ReadOwner | QFile::ExeOwner;
+    QVERIFY(QFile::setPermissions(temporary->path(), readable));
+    const PermissionChecks checks;
+    const FileLock lock(path(), 0);
+    QVERIFY(!lock.isHeld() && !lock.isTaken());
+    QVERIFY(QFile::setPermissions(temporary->path(), readable | QFile::WriteOwner));
 }
 
 QTEST_GUILESS_MAIN(TestFileLock)

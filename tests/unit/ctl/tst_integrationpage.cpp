@@ -1,4 +1,6 @@
+#include "ctl/exitcode.h"
 #include "ctl/mailboxverb.h"
+#include "ctl/usage.h"
 #include "settings/switches.h"
 
 #include <QtTest>
@@ -41,6 +43,7 @@ class TestIntegrationPage : public QObject
 private slots:
     void everySwitchHasItsRow();
     void everyCommandHasItsRow();
+    void everyExitCodeHasItsRow();
 
 private:
     const QString page = contentOf(VIREON_SOURCE_DIR "/docs/integration.md");
@@ -73,6 +76,21 @@ void TestIntegrationPage::everyCommandHasItsRow()
         const MailboxVerb* verb = MailboxVerb::find(QString(row[2]).remove('`'));
         QVERIFY2(verb, qPrintable(row[2]));
         QCOMPARE(row[0].left(3), code(QChar(verb->character)));
+    }
+}
+
+/// The help tells the same ones.
+void TestIntegrationPage::everyExitCodeHasItsRow()
+{
+    const auto rows = tableBelow(page, "| it ends with |");
+    const QList<int> codes {ExitDone,      ExitFailed,     ExitUsage,       ExitNoController,
+                            ExitNotInTime, ExitMailboxOff, ExitAnotherUsers};
+    QCOMPARE(rows.size(), codes.size());
+    const QString ends = usageText().section("It ends with ", 1);
+    for (int i = 0; i < rows.size(); ++i) {
+        QCOMPARE(rows[i][0], QString::number(codes[i]));
+        QVERIFY2(ends.contains(QRegularExpression("\\b" + rows[i][0] + "\\b")),
+                 qPrintable(rows[i][0]));
     }
 }
 
