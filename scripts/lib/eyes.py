@@ -55,11 +55,10 @@ class Eyes:
         self._look(0)
         self._windows.clear()
 
-    def wait_for_window(self, timeout=60):
-        """A view in a window, once both have been drawn: the view, and when that was."""
+    def wait_for_window(self, timeout=20):
+        """A view in a window, once both have been drawn: the view, and when that was; or None."""
         view = self._wait(self._complete_view, timeout)
-        around = self._windows[view.parent]
-        return view, max(view.drawn, around.drawn)
+        return (view, max(view.drawn, self._windows[view.parent].drawn)) if view else None
 
     def follow(self, view):
         """From now on every drawing into this view is noticed, and not only the first."""

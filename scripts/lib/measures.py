@@ -11,6 +11,7 @@ import shutil
 import signal
 import statistics
 import subprocess
+import sys
 import time
 
 from eyes import Eyes, now
@@ -87,13 +88,79 @@ class Watched(Desktop):
             self.eyes.close()
 
 
+class FourK(Watched):
+    size = "4096x2160"
+
+
+class Dense(Watched):
+    """192 dpi."""
+
+    density = "192"
+
+
+class EightScreens(Watched):
+    """Eight screens of 1024x768 side by side, on Xorg's driver without hardware."""
+
+    _configuration = """
+Section "ServerFlags"
+    Option "AutoAddDevices" "false"
+    Option "AutoAddGPU" "false"
+EndSection
+Section "Device"
+    Identifier "device"
+    Driver "dummy"
+    VideoRam 256000
+EndSection
+Section "Monitor"
+    Identifier "monitor"
+    HorizSync 5-1000
+    VertRefresh 5-200
+    Modeline "small" 65 1024 1048 1184 1344 768 771 777 806
+EndSection
+Section "Screen"
+    Identifier "screen"
+    Device "device"
+    Monitor "monitor"
+    DefaultDepth 24
+    SubSection "Display"
+        Depth 24
+        Modes "small"
+        Virtual 8192 1024
+    EndSubSection
+EndSection
+"""
+
+    def _start_screen(self):
+        path = self.directory / "screens.conf"
+        path.write_text(self._configuration)
+        number = self._start("Xorg", "-noreset", "-novtswitch", "-sharevts", "-nolisten", "tcp",
+                             "-config", path, "-logfile", self.directory / "screens.log",
+                             report="-displayfd")
+        self.environment["DISPLAY"] = ":" + number
+        self.run("xrandr", "--output", "DUMMY0", "--primary", "--mode", "small")
+        for number in range(1, 8):
+            output = f"DUMMY{number}"
+            self.run("xrandr", "--addmode", output, "small")
+            self.run("xrandr", "--output", output, "--mode", "small",
+                     "--right-of", f"DUMMY{number - 1}")
+        assert self.run("xrandr", "--query").count(" connected") == 8
+
+
+class Loaded(Watched):
+    """Two busy loops run meanwhile."""
+
+    def _prepare(self):
+        for _ in range(2):
+            self._start("python3", "-c", "while True: pass")
+
+
 @dataclasses.dataclass
 class Place:
     """The build that is measured, and the desktop on which."""
 
     build: pathlib.Path
     desktop: type = Watched
-    environment: dict = dataclasses.field(default_factory=dict)
+    preloaded: str = None
 
     def tool(self, name):
         return self.build / "bin" / name
@@ -101,8 +168,10 @@ class Place:
     @contextlib.contextmanager
     def program(self, scenario=READY, environment=None, stand_ins=()):
         """An installation; these of its programs are replaced by bench-stamp."""
-        variables = {**PLAIN, **self.environment, **(environment or {})}
+        variables = {**PLAIN, **(environment or {})}
         with stage(scenario, kind=self.desktop, environment=variables) as app:
+            if self.preloaded:
+                app._environment["LD_PRELOAD"] = str(self.build / "bench" / self.preloaded)
             for name in stand_ins:
                 shutil.copy2(self.tool("bench-stamp"), app.programs / name)
             yield app
@@ -144,8 +213,13 @@ def begin(app, command=None):
                       app.directory / "stderr")
     if not command:
         app.process = running
-    view, moment = eyes.wait_for_window()
-    return running, view, moment
+    found = eyes.wait_for_window()
+    if not found:
+        # The eyes were too late for its only drawing.
+        print("A start was not seen, and is made again.", file=sys.stderr)
+        running.end()
+        return begin(app, command)
+    return (running, *found)
 
 
 def tasks(pid):

@@ -64,6 +64,23 @@ bool openRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode)
     return false;
 }
 
+std::optional<QByteArray> beginOfRegularFile(const QString& path, int most)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), openFlags(QIODevice::ReadOnly));
+    if (descriptor < 0)
+        return std::nullopt;
+    const bool regular = isRegular(descriptor);
+    QByteArray content(most, Qt::Uninitialized);
+    const ssize_t length =
+        regular ? ::read(descriptor, content.data(), static_cast<std::size_t>(most)) : 0;
+    ::close(descriptor);
+    if (!regular)
+        return std::nullopt;
+    content.truncate(static_cast<int>(qMax<ssize_t>(length, 0)));
+    return content;
+}
+
 bool renameUnlessTaken(const QString& from, const QString& to)
 {
     const QByteArray source = QFile::encodeName(from);

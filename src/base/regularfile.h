@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <optional>
 
 /// For open(): never wait. Without O_NONBLOCK, opening a pipe would wait for its other end.
 constexpr int openWithoutWaiting = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
@@ -13,6 +14,10 @@ constexpr int openWithoutWaiting = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 /// place counts as a file that cannot be opened, and the attempt never blocks. False on failure.
 /// The open file has no name of its own: remove it by its path.
 bool openRegularFile(QFile& file, const QString& path, QIODevice::OpenMode mode);
+
+/// The first @p most bytes of the regular file at @p path, or all if there are fewer: the cheap way
+/// for what is read again and again. Null if it cannot be opened, as openRegularFile() means it.
+std::optional<QByteArray> beginOfRegularFile(const QString& path, int most);
 
 /// Gives the file at @p from the name @p to, unless anything has that name already, be it a link
 /// that leads nowhere. False then, and on failure: the file has its old name still.

@@ -2,16 +2,17 @@
 
 #include "base/regularfile.h"
 
-#include <QFile>
-
 namespace {
 
-constexpr qint64 longestLine = 4096; // bytes
+constexpr int longestLine = 4096; // bytes
 
-/// Whether @p line, just read, is all of its line: one that is longer cannot be a report.
-bool isWhole(const QByteArray& line, const QFile& file)
+/// The line that begins at @p place, with its end if it has one; null if it is longer than a line
+/// of a report can be.
+QByteArray lineAt(int place, const QByteArray& text)
 {
-    return line.endsWith('\n') || file.atEnd();
+    const int end = text.indexOf('\n', place);
+    const int length = (end < 0 ? text.size() : end + 1) - place;
+    return length <= longestLine ? text.mid(place, length) : QByteArray();
 }
 
 /// Removes the first occurrence of @p prefix only: what follows must be a number on its own.
@@ -33,17 +34,17 @@ std::optional<int> toNumber(const QString& text)
 
 std::optional<StatusReport> StatusReport::fromFile(const QString& path)
 {
-    QFile file;
-    if (!openRegularFile(file, path, QIODevice::ReadOnly))
+    // One byte more tells a line that is too long from the last one.
+    const std::optional<QByteArray> text = beginOfRegularFile(path, 2 * longestLine + 1);
+    if (!text)
         return std::nullopt;
     StatusReport report;
-    const QByteArray statusLine = file.readLine(longestLine);
-    if (!isWhole(statusLine, file))
+    const QByteArray statusLine = lineAt(0, *text);
+    if (statusLine.isNull())
         return report;
     report.statusText = withoutPrefix(statusLine, QStringLiteral("Result="));
     report.status = toNumber(report.statusText);
-    const QByteArray firmwareLine = file.readLine(longestLine);
-    if (isWhole(firmwareLine, file))
-        report.firmware = toNumber(withoutPrefix(firmwareLine, QStringLiteral("Firmware=")));
+    const QByteArray firmwareLine = lineAt(statusLine.size(), *text);
+    report.firmware = toNumber(withoutPrefix(firmwareLine, QStringLiteral("Firmware=")));
     return report;
 }
