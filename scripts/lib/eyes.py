@@ -55,7 +55,7 @@ class Eyes:
         self._look(0)
         self._windows.clear()
 
-    def wait_for_window(self, timeout=20):
+    def wait_for_window(self, timeout=10):
         """A view in a window, once both have been drawn: the view, and when that was; or None."""
         view = self._wait(self._complete_view, timeout)
         return (view, max(view.drawn, self._windows[view.parent].drawn)) if view else None
