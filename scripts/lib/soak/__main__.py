@@ -10,7 +10,8 @@ import signal
 import sys
 import tempfile
 
-sys.path.insert(0, str(pathlib.Path(__file__).parents[3] / "tests/outside"))
+sys.path[:0] = [str(pathlib.Path(__file__).parents[1]),
+                str(pathlib.Path(__file__).parents[3] / "tests/outside")]
 
 import desktop_events  # noqa: E402
 import engine_events  # noqa: E402

@@ -15,6 +15,12 @@ _DEAF = "on sigterm|Q ignore\n"
 _STORM = tuple(range(100, 140))  # reports without a message
 
 
+def _settle(player):
+    """Has the window show a text of its own: a report that is still on its way would end the loading
+    of a command."""
+    player.check(player.report(-3 if player.current() == -5 else -5))
+
+
 def reports(player, codes):
     for code in codes:
         player.check(player.report(code))
@@ -35,8 +41,7 @@ def is_killed(player, name):
 
 def hangs(player, seconds):
     """With a command on its way to it."""
-    player.report(0)
-    player.check()
+    _settle(player)
     with player.stage.hung(player.app.engine_pid()):
         player.expect("m")
         player.press("Manual Calibration")
@@ -70,13 +75,15 @@ def never_stays(player):
 
 def calibrates(player, which):
     button, letter, result = which
-    if player.current() in (-1, 2):
-        player.report(0)
-    player.check()
+    _settle(player)
     player.expect(letter)
     player.press(button)
     if letter == "a":
-        player.press("Continue")
+        # The advice comes until somebody has read it.
+        player.wait(lambda: player.app.clickable("Continue") or player.app.shows(said(2)),
+                    "the advice, or the calibration")
+        if not player.app.shows(said(2)):
+            player.press("Continue")
     player.wait_for_letters()
     player.wait(lambda: player.current() == result, "the calibration's end")
     player.check()
@@ -85,8 +92,7 @@ def calibrates(player, which):
 def is_reset(player, slow):
     """While the next engine starts: the command waits for it."""
     starts = player.journal.read().starts
-    player.report(5)
-    player.check()
+    _settle(player)
     player.stage.set_engine(f"unwritten\nat {slow} status 0")
     player.stage.order("X")
     player.wait(lambda: player.app.shows(said(-10)), "a restart")
@@ -101,8 +107,7 @@ def is_reset(player, slow):
 
 def is_sent_settings(player, which):
     button, letter = which
-    player.report(0)
-    player.check()
+    _settle(player)
     player.press("Settings")
     player.expect(letter)
     player.press(button)
@@ -114,8 +119,7 @@ def is_sent_settings(player, which):
 def is_missing(player, way):
     """When it has to be started; no exit, so that the program does not try again."""
     with player.stage.without("vireon-main", way):
-        player.report(5)
-        player.check()
+        _settle(player)
         player.stage.order("Z")
         player.wait(lambda: not player.app.engine_pids(), "no engine")
         player.check(-10)
@@ -125,19 +129,18 @@ def is_missing(player, way):
 
 def tool_is_missing(player, way):
     """A command is not delivered then; the next report ends its loading."""
-    player.report(0)
-    player.check()
+    _settle(player)
     with player.stage.without("vireon-sdk", way):
         player.press("Manual Calibration")
         player.check(2)
-        player.check(player.report(-5))
+        player.check(player.report(-2))
 
 
 def writes_torn(player, text):
     """What a reader finds that comes too early."""
     _write(player, text.encode())
     player.check()
-    player.check(player.report(-3))
+    _settle(player)
 
 
 def writes_huge(player, begin, size):
@@ -159,11 +162,11 @@ def storms(player, seconds, every):
     player.check()
 
 
-def disk_is_full(player, code):
-    player.report(0)
+def disk_is_full(player, letter):
+    _settle(player)
     player.stage.disk.fill()
     try:
-        player.stage.order("G" if code is None else "D")
+        player.stage.order(letter)
         player.check()
     finally:
         player.stage.disk.empty()
@@ -171,8 +174,7 @@ def disk_is_full(player, code):
 
 
 def disk_is_read_only(player, seconds):
-    player.report(5)
-    player.check()
+    _settle(player)
     player.stage.disk.set_writable(False)
     try:
         player.stage.order("E")
@@ -185,8 +187,7 @@ def disk_is_read_only(player, seconds):
 
 def data_are_deleted(player, by_hand):
     """And made anew by hand, or by the next engine."""
-    player.report(-2)
-    player.check()
+    _settle(player)
     shutil.rmtree(player.app.data)
     player.check()
     if by_hand:
@@ -241,7 +242,7 @@ KINDS = (
         "begin": ("", "Result=", "Result=-14\n", "Result=-14\nFirmware=", "Result=5\nFirmware=2\n"),
         "size": (1, 8, 40)}),
     Kind("status storm", storms, choices={"seconds": (2.0, 5.0), "every": (0.05, 0.15, 0.3)}),
-    Kind("full disk", disk_is_full, "disk", {"code": (None, 3)}),
+    Kind("full disk", disk_is_full, "disk", {"letter": ("G", "C")}),
     Kind("read-only data", disk_is_read_only, "disk", {"seconds": (0.5, 2.0)}),
     Kind("deleted data", data_are_deleted, choices={"by_hand": (True, False)}),
     Kind("machine sleeps", machine_sleeps, choices={"seconds": (0.0, 1.0, 2.0)}),

@@ -1,13 +1,14 @@
 """Plays events on a stage and holds what the program does against what the engine says."""
 
 import collections
+import os
 import time
 
 from rig import wait_for
 from rig.hands import Reader
 
 from stage import LETTERS, LOGIN, PROGRAM, READY
-from watch import Journal, read_status, said, statuses_in
+from watch import Journal, read_status, said, statuses_in, waited_by
 
 _MOCK = "org.freedesktop.DBus.Mock"
 _POPUPS = ("Ignore", "OK", "Go back", "Close this dialog")  # what takes a warning away
@@ -116,19 +117,20 @@ class Player:
     # --- What has to hold -----------------------------------------------------------------------
 
     def check(self, code=None):
-        """The window has to show this status, or the one that the engine reported last."""
+        """The window has to show this status, or the one that the engine reported last. For how long
+        it, or this program, waited for a processor does not count."""
         text = said(self.current() if code is None else code)
-        quiet = time.monotonic()
-        shown = self._shown()
+        waited, quiet = self._waited(), time.monotonic()
+        begin, shown = quiet, self._shown()
         while shown != {text} and time.monotonic() < quiet + self.patient:
             assert self.app.is_running(), f"the program ended where it had to show {text!r}"
-            shown = self._shown()
-        took = time.monotonic() - quiet
-        if took > self.within:
+            begin, shown = time.monotonic(), self._shown()
+        took = begin - quiet - (self._waited() - waited)
+        if shown != {text} or took > self.within:
             self.wrong.append(f"{sorted(shown) if shown != {text} else 'late'} in place of {text!r} "
                               f"after {took:.1f} s")
         else:
-            self.late.append(took)
+            self.late.append(max(0.0, took))
 
     def begin_life(self):
         """The program starts, with an engine that knows nothing of earlier commands."""
@@ -140,6 +142,9 @@ class Player:
         sent, came = collections.Counter(self.sent), collections.Counter(self.journal.read().letters)
         self.lost += sum((sent - came).values())
         self.doubled += sum((came - sent).values())
+
+    def _waited(self):
+        return waited_by(self.app.pid) + waited_by(os.getpid())
 
     def _shown(self):
         """The statuses that are to be read in the window; warnings in front of them are closed."""

@@ -43,6 +43,7 @@ class Run:
         self.left = []
         self.blocks, self.hand_overs, self.asked = [], [], 0
         self.lives = []
+        self._begun = []
         self._pings = self._sampler = None
         for pattern in _ALLOWED:
             stage.app.allow(pattern)
@@ -59,9 +60,14 @@ class Run:
                 continue
             tell(f"{time.monotonic() - begin:6.0f} s  {number:4}  {event}")
             self.played[event.kind.name] += 1
+            self._begun.append((time.monotonic(), event))
             self._play_one(event, tell)
             time.sleep(event.pause)
         self._end_life(self._last_quit)
+
+    def event_at(self, moment):
+        """The event that was played then."""
+        return next((event for begin, event in reversed(self._begun) if begin <= moment), None)
 
     def _play_one(self, event, tell):
         problems = len(self.player.wrong)

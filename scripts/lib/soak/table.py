@@ -42,7 +42,9 @@ def tell(run, options, digest, tell):
     _tell_faults(run, goals)
     _tell_blocks(run, options.loaded, goals)
     _tell_resources(run, options, goals)
-    details = (*run.crashes, *run.failed, *run.player.wrong, *run.stage.app.faults(), *run.left)
+    held_up = [f"held up for {block.net * 1000:.0f} ms in: {run.event_at(block.begin)}"
+               for block in run.blocks]
+    details = (*held_up, *run.crashes, *run.failed, *run.player.wrong, *run.stage.app.faults(), *run.left)
     for text in details[:40]:
         tell(f"  - {text}")
     tell("all goals met" if not goals.missed else f"{goals.missed} goals missed")

@@ -46,6 +46,16 @@ def read_status(path, before):
     return int(text)
 
 
+def waited_by(pid):
+    """For how long a process's first thread has been ready to run and waited for a processor since its
+    start, in s; 0 for one that has gone."""
+    try:
+        with open(f"/proc/{pid}/task/{pid}/schedstat", encoding="ascii") as file:
+            return int(file.read().split()[1]) / 1e9
+    except OSError:
+        return 0.0
+
+
 class Growing:
     """The whole lines of a file that only grows, each of them once."""
 

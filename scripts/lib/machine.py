@@ -20,7 +20,7 @@ def separate():
 
 
 class SmallDisk:
-    """A file system of its own at a directory, in memory."""
+    """A file system of its own at a directory, in memory, of this many bytes."""
 
     def __init__(self, directory, size):
         self._directory = directory
