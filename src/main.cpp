@@ -34,6 +34,9 @@ namespace {
 
 constexpr int applicationFlags = 330762; // version 5.12.10, as Qt numbers it
 
+// What menus write for the key. Qt asks for it in its own name, and its catalogues are not here.
+[[maybe_unused]] constexpr const char* controlKey = QT_TRANSLATE_NOOP("QShortcut", "Ctrl");
+
 void installTranslation(QTranslator& translator)
 {
     const QString language = QLocale::system().name().split(QLatin1Char('_')).first();

@@ -269,6 +269,13 @@ Bildwiederholfrequenz von mindestens 60 Hz läuft.</translation>
     </message>
 </context>
 <context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+</context>
+<context>
     <name>SelectionView</name>
     <message>
         <source>Back</source>

@@ -269,6 +269,13 @@ at 60Hz refresh rate or more.</translation>
     </message>
 </context>
 <context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
+    </message>
+</context>
+<context>
     <name>SelectionView</name>
     <message>
         <source>Back</source>

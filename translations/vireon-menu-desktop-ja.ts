@@ -74,7 +74,7 @@
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, If you want to update it, please prepare the Windows computer and see the Firmware Update Manual in the website link below.&lt;br&gt;&lt;br&gt;Manual: </source>
-        <translation>新しいファームウェア（Ver. %1）が利用できます（現在のバージョンはVer. %2です）。&lt;br&gt;&lt;br&gt;キャリブレーションデータを%3に保存できるようになります。更新する場合は、Windowsコンピューターを用意し、下記のウェブサイトのリンクからファームウェア更新マニュアルをご覧ください。&lt;br&gt;&lt;br&gt;マニュアル: </translation>
+        <translation>新しいファームウェア（Ver. %1）が利用できます（現在はVer. %2）。&lt;br&gt;&lt;br&gt;キャリブレーションデータを%3に保存できるようになります。更新する場合は、Windowsコンピューターを用意し、下記のウェブサイトのリンクからファームウェア更新マニュアルをご覧ください。&lt;br&gt;&lt;br&gt;マニュアル: </translation>
     </message>
     <message>
         <source>Download here.</source>
@@ -82,7 +82,7 @@
     </message>
     <message>
         <source>A new firmware (Ver. %1) is available (you have Ver. %2).&lt;br&gt;&lt;br&gt;It supports to store the calibration data onto %3. If you want to update it, please see the Firmware Update Manual in the website link below and click &apos;Start&apos; button below. This will open the firmware updater. Select the file &apos;firmware.iic&apos; from your installation folder.&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;Manual: &lt;a href=&apos;%4&apos;&gt;Download here.&lt;/a&gt;</source>
-        <translation>新しいファームウェア（Ver. %1）が利用できます（現在のバージョンはVer. %2です）。&lt;br&gt;&lt;br&gt;キャリブレーションデータを%3に保存できるようになります。更新する場合は、下記のウェブサイトのリンクからファームウェア更新マニュアルをご覧になり、下の「開始」ボタンをクリックしてください。ファームウェア更新ツールが開きます。インストールフォルダーから「firmware.iic」ファイルを選択してください。&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;マニュアル: &lt;a href=&apos;%4&apos;&gt;こちらからダウンロード&lt;/a&gt;</translation>
+        <translation>新しいファームウェア（Ver. %1）が利用できます（現在はVer. %2）。&lt;br&gt;&lt;br&gt;キャリブレーションデータを%3に保存できるようになります。更新する場合は、下記のウェブサイトのリンクからファームウェア更新マニュアルをご覧になり、下の「開始」ボタンをクリックしてください。ファームウェア更新ツールが開きます。インストールフォルダーから「firmware.iic」ファイルを選択してください。&lt;br&gt;&lt;br&gt;&lt;br&gt;&lt;br&gt;マニュアル: &lt;a href=&apos;%4&apos;&gt;こちらからダウンロード&lt;/a&gt;</translation>
     </message>
     <message>
         <source>Update Firmware</source>
@@ -266,6 +266,13 @@ at 60Hz refresh rate or more.</source>
     <message>
         <source>Exit</source>
         <translation>終了</translation>
+    </message>
+</context>
+<context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
     </message>
 </context>
 <context>

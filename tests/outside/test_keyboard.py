@@ -146,3 +146,11 @@ def test_control_w_closes_and_control_q_quits(ready, bus):
     ready.key("ctrl+q")
     assert ready.wait() == 0
     assert ready.letters() == ["Q"]
+
+
+def test_control_q_quits_in_german(install, locales):
+    """Its menu calls the key "Strg"."""
+    app = install(environment={"LANG": "de_DE.UTF-8", "LOCPATH": str(locales)}).start()
+    app.wait_until_shows("Gestartet und bereit")
+    app.key("ctrl+q")
+    assert app.wait() == 0

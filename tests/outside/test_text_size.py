@@ -2,7 +2,7 @@
 
 import pytest
 
-from rig import TextSize, wait_for
+from rig import Gnome, Mate, TextSize, wait_for
 
 READY = "Started and ready"
 USUAL = 96  # dpi
@@ -67,6 +67,22 @@ def test_window_grows_and_shrinks_with_the_texts(install, text_size):
                  what=lambda: f"the middle {at_first}, not {middle(app)}")
     app.click("Settings")
     app.wait_for_control("Correct Offset")
+
+
+@pytest.mark.parametrize("make_desktop", [Mate, Gnome])
+def test_real_desktops_let_it_grow_and_shrink_in_place(ready, text_size):
+    at_first, usual = middle(ready), size(ready)
+    height = usual[1]
+    for dpi in (120, 144, 192):
+        text_size.set(dpi)
+        wait_for(lambda: size(ready)[1] > height, what=f"a larger window at {dpi} dpi")
+        height = size(ready)[1]
+        fits(ready)
+    text_size.set(USUAL)
+    wait_for(lambda: size(ready) == usual, what=lambda: f"{usual}, not {size(ready)}")
+    # A window manager moves it, too, when it comes to frame it.
+    wait_for(lambda: all(abs(now - then) <= 10 for now, then in zip(middle(ready), at_first)),
+             what=lambda: f"the middle {at_first}, not {middle(ready)}")
 
 
 def test_window_stays_on_the_screen_when_it_grows(ready, text_size, desktop):

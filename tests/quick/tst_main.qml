@@ -538,6 +538,7 @@ ViewTestCase {
     function test_wordsThatATeacherWouldUse_data() {
         return [
             { tag: "de, box", locale: "de_DE", context: "FirmwarePrompt", source: "Exit", text: "Schließen" },
+            { tag: "de, key", locale: "de_DE", context: "QShortcut", source: "Ctrl", text: "Strg" },
             { tag: "de, tray", locale: "de_DE", context: "QObject", source: "Exit", text: "Beenden" },
             { tag: "ja, box", locale: "ja_JP", context: "FirmwarePrompt", source: "Exit", text: "閉じる" },
             { tag: "ja, light", locale: "ja_JP", context: "status", source: "Light disturbance detected.", text: "外光の影響を検出しました。" },
