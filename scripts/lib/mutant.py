@@ -7,7 +7,8 @@ numbers count for nothing, so that it keeps applying when the code around it mov
 fields, a line each, longer ones going on in indented lines:
 
     What: the slip
-    Tests: who has to notice it: CTest's names, "tst_x:function" for one function of a unit test
+    Tests: who has to notice it: CTest's names; "tst_x:function" for one function of a unit test,
+      "tst_x:first,function" for one that needs another before it
     Build: targets that the tests need beside their own
     Equivalent: why nobody can notice it; it is expected to survive
 
@@ -58,16 +59,16 @@ class Mutant:
 def fields_of(header):
     fields = {}
     for line in header:
-        found = re.fullmatch(r"(\w+): (.+)", line)
+        found = re.fullmatch(r"(\w+): ?(.*)", line)
         if found and found[1] in FIELDS - fields.keys():
             name = found[1]
             fields[name] = found[2]
         elif fields and line.startswith("  "):
-            fields[name] += " " + line.strip()
+            fields[name] = (fields[name] + " " + line.strip()).strip()
         elif line:
             raise PatchError(f"no field: {line}")
     for name in ("What", "Tests"):
-        if name not in fields:
+        if not fields.get(name):
             raise PatchError(f"the field {name} is missing")
     return fields
 
@@ -99,20 +100,21 @@ def read(path):
 
 def test_exists(tree, test):
     """Whether CTest has a test of this name, and the test such a function."""
-    name, _, function = test.partition(":")
+    name, _, functions = test.partition(":")
     outside = re.fullmatch(r"outside-(\w+)-(\w+)", name)
-    if outside and not function:
+    if outside and not functions:
         group, function = outside.groups()
         file = tree / "tests/outside" / f"test_{group}.py"
         return file.is_file() and f"\ndef test_{function}(" in file.read_text()
     sources = [*tree.glob(f"tests/unit/**/{name}.cpp"), *tree.glob(f"tests/quick/{name}.cpp"),
                *tree.glob(f"sim/tests/{name}.cpp")]
     if name == "tst_quick":
-        case, _, function = function.partition("::")
+        case, _, functions = functions.partition("::")
         sources += [path for path in tree.glob("tests/quick/*.qml")
                     if re.search(rf'\bname: "{case}"', path.read_text())]
-    return bool(sources) and (not function or any(
-        re.search(rf"(?:void|function) {function}\(", path.read_text()) for path in sources))
+    text = "".join(path.read_text() for path in sources)
+    return bool(sources) and all(re.search(rf"(?:void|function) {function}\(", text)
+                                 for function in filter(None, functions.split(",")))
 
 
 def faults_of(tree):

@@ -14,6 +14,12 @@ import time
 
 OUTSIDE_TARGETS = ("vireon", "vireonctl", "simulator")
 PR_SET_CHILD_SUBREAPER = 36
+
+# What can be wrong with a test beside what it says itself.
+OUT_OF_TIME = "out of time"
+SKIPPED = "skipped"
+NOT_BUILT = "not built"
+
 JUDGED = ("src/", "qml/", "ctl/", "sim/", "config/", "packaging/", "tests/")
 
 
@@ -87,12 +93,12 @@ class Workshop:
 
     def test(self, test, limit):
         """Runs it. Returns what has gone wrong, or None, and the seconds that it took."""
-        name, _, function = test.partition(":")
+        name, _, functions = test.partition(":")
         command, properties = self.known.get(name, (None, {}))
         if not command:
-            return "not built", 0
+            return NOT_BUILT, 0
         begin = time.monotonic()
-        fault = run_limited([*alone(), *command, *([function] if function else [])],
+        fault = run_limited([*alone(), *command, *filter(None, functions.split(","))],
                             properties["WORKING_DIRECTORY"], environment_of(properties), limit)
         empty(self.build_directory / "tests" / f"{name}.dir" / "home/tmp")
         return fault, time.monotonic() - begin
@@ -149,8 +155,8 @@ def watch(process, log, deadline):
             return re.sub(r"^FAIL!  : .*?::(.*?\(.*?\)) .*", r"\1", failed)
         if status is not None:
             skipped = status == 0 and ("SKIP   : " in text or " skipped in " in text)
-            return "skipped" if skipped else f"status {status}" if status else None
-    return "out of time"
+            return SKIPPED if skipped else f"status {status}" if status else None
+    return OUT_OF_TIME
 
 
 def end(process):

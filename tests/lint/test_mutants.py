@@ -3,11 +3,11 @@
 import mutant
 
 SOURCE = "one\ntwo\nthree\ntwo\nfour\n"
-HEADER = "What: a slip\nTests: tst_x:isSo outside-group-works tst_quick:Case::test_look\n"
+HEADER = "What: a slip\nTests: tst_x:first,isSo outside-group-works tst_quick:Case::test_look\n"
 DIFF = "--- a/src/x.cpp\n+++ b/src/x.cpp\n@@ -9,2 +9,2 @@\n three\n-two\n+TWO\n"
 FILES = {
     "src/x.cpp": SOURCE,
-    "tests/unit/base/tst_x.cpp": "    void isSo();\n",
+    "tests/unit/base/tst_x.cpp": "    void first();\n    void isSo();\n",
     "tests/outside/test_group.py": "\ndef test_works(app):\n",
     "tests/quick/tst_quick.cpp": "",
     "tests/quick/tst_case.qml": 'name: "Case"\nfunction test_look() {\n',
@@ -63,7 +63,7 @@ def test_header_that_is_wrong(tmp_path, capsys):
 
 
 def test_tests_that_are_gone(tmp_path, capsys):
-    tests = ("tst_y", "tst_x:isNot", "outside-group-rests", "outside-club-works",
+    tests = ("tst_y", "tst_x:isNot", "tst_x:isSo,isNot", "outside-group-rests", "outside-club-works",
              "tst_quick:Case::test_feel", "tst_quick:Box::test_look")
     for name in tests:
         assert check(tmp_path, capsys, f"What: a slip\nTests: tst_x {name}\n" + DIFF) == (
