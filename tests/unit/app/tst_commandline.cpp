@@ -54,6 +54,14 @@ void TestCommandLine::answers_data()
          {"--mailbx", "--mailbox=maybe", "--mailbox", "--logFileKept=10", "--logFileSize 10", "-x",
           "--mailbox=maybe --mailbox=true", "--mailbox=true --mailbox=maybe"})
         QTest::newRow(line) << 2;
+    // Of Qt's options, those that take a value without one, and the others with one.
+    for (const char* line : {"-platformpluginpath", "-platformtheme", "-plugin",        "-geometry",
+                             "-qwindowgeometry",    "-title",         "-qwindowtitle",  "-icon",
+                             "-qwindowicon",        "-style",         "-stylesheet",    "-session",
+                             "-qmljsdebugger",      "-display",       "-name",          "-visual",
+                             "-reverse=1",          "-widgetcount=1", "-testability=1", "-qdebug=1",
+                             "-qdevel=1",           "-nograb=1",      "-dograb=1"})
+        QTest::newRow(line) << 2;
     for (const char* line :
          {"", "--mailbox=true", "-mailbox false", "--logFile=/x --logFileSize=2048",
           "-platform offscreen", "--platform=offscreen", "-session 12 -reverse", "-style fusion",

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <thread>
+#include <unistd.h>
 
 // A table of functions in Qt's core that it calls for tools which follow all objects.
 extern "C" Q_DECL_IMPORT quintptr qtHookData[];
@@ -38,6 +39,13 @@ public:
 
     static int surplus() { return livingObjects; }
 };
+
+/// Whether a thread of this process waits for something.
+bool isWaiting(pid_t thread)
+{
+    QFile state(QString("/proc/self/task/%1/stat").arg(thread));
+    return state.open(QIODevice::ReadOnly) && state.readAll().contains(") S ");
+}
 
 } // namespace
 
@@ -193,7 +201,12 @@ void TestWorkerThread::sleepLastsItsTime()
 
 void TestWorkerThread::stopEndsSleepsForGood()
 {
-    std::thread sleeper([] { WorkerThread::msleep(600 * 1000); });
+    std::atomic<pid_t> thread {0};
+    std::thread sleeper([&thread] {
+        thread = gettid();
+        WorkerThread::msleep(600 * 1000);
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(thread != 0 && isWaiting(thread), patienceMs);
     QVERIFY(!WorkerThread::isStopping());
     WorkerThread::stopAll();
     QVERIFY(WorkerThread::isStopping());

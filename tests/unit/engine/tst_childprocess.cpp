@@ -90,6 +90,7 @@ void TestChildProcess::handleIsHeldWhileItRuns()
         QVERIFY(child.waitForStarted());
         QVERIFY(openDescriptors() > before);
         child.endNow();
+        QCOMPARE(openDescriptors(), before);
     }
     QCOMPARE(openDescriptors(), before);
 }
@@ -106,6 +107,7 @@ void TestChildProcess::missingProgramHasNoHandle()
 
 void TestChildProcess::moreChildrenThanPlaces()
 {
+    const int before = openDescriptors();
     std::vector<int> handles;
     for (int handle = GracePeriod::remember(getpid()); handle >= 0;
          handle = GracePeriod::remember(getpid())) {
@@ -118,6 +120,7 @@ void TestChildProcess::moreChildrenThanPlaces()
     const int again = GracePeriod::remember(getpid());
     QVERIFY(again >= 0);
     GracePeriod::forget(again);
+    QCOMPARE(openDescriptors(), before); // the one too many is closed
 }
 
 QTEST_GUILESS_MAIN(TestChildProcess)
