@@ -150,6 +150,11 @@ ViewTestCase {
         mouseClick(control(panelOf("Settings"), "   "));
         compare(marks(), "");
         closed(panelOf("Settings"));
+        mainViewIsBack();
+        openSettings();
+        compare(marks(), "", "it was opened by the mouse");
+        panelOf("Settings").hide();
+        closed(panelOf("Settings"));
         keyClick(Qt.Key_Tab);
         compare(marks(), focusedText());
         verify(marks() !== "");
@@ -255,6 +260,8 @@ ViewTestCase {
             order.push(focusedText());
         }
         compare(order.join(), "Finger,Stylus,Back");
+        keyClick(Qt.Key_Backtab);
+        compare(focusedText(), "Stylus");
     }
 
     // --- Settings -----------------------------------------------------------------------------
@@ -539,9 +546,17 @@ ViewTestCase {
             return source.idsOf(item).indexOf("mouseArea") >= 0;
         });
         compare(area.acceptedButtons, Qt.LeftButton | Qt.RightButton);
+        mouseClick(area, 5, 5, Qt.RightButton);
+        compare(mainwindow.calls.length, 0);
+        mouseClick(area, 5, 5);
+        compare(mainwindow.calls.length, 1);
     }
 
     // --- One family ---------------------------------------------------------------------------
+
+    function dialogOf(title) {
+        return find(view, function(item) { return item.title === title && item.contentTop !== undefined; });
+    }
 
     function openDialog(name) {
         ({ "advice": view.showPopUp, "rate": view.showFreqPopup, "ratio": warnOfRatio })[name]();
@@ -571,6 +586,7 @@ ViewTestCase {
         var title = textItem(dialog, row.title);
         compare(title.mapToItem(dialog, 0, 0), Qt.point(20, 9));
         compare(title.Accessible.role, Accessible.Heading);
+        compare(dialog.Accessible.role, Accessible.Dialog);
         var picture = find(dialog, function(item) { return item.source !== undefined && item.width === 40; });
         compare(picture.mapToItem(dialog, 0, 0).x, 20);
         findAll(dialog, function(item) { return item.activeFocusOnTab && isShown(item) && item.btnText !== undefined; })
@@ -691,6 +707,9 @@ ViewTestCase {
         compare(warningIsShown(), false);
         verify(before.activeFocus);
         compare(mainwindow.calls.length, 0);
+        dialogOf("Aspect Ratio").show();
+        compare(focusedText(), "Ignore", "it begins anew");
+        verify(isShown(control(view, "Ignore")));
     }
 
     function test_ratioIsIgnored() {
@@ -721,6 +740,7 @@ ViewTestCase {
         view.showFreqPopup();
         warnOfRatio();
         compare(focusedText(), "Ignore");
+        verify(dialogOf("Aspect Ratio").z > dialogOf("Refresh Rate").z);
         mouseClick(control(view, "Ignore"));
         compare(warningIsShown(), false);
         verify(okButton().activeFocus);

@@ -45,6 +45,7 @@ private slots:
     void unknownKeyIsTold();
     void wrongNumberSwitchesTheLogFileOff_data();
     void wrongNumberSwitchesTheLogFileOff();
+    void leastAndMostAreTaken();
     void commasStayInThePath();
     void whatIsNoFileIsTold_data();
     void whatIsNoFileIsTold();
@@ -168,6 +169,17 @@ void TestSwitches::wrongNumberSwitchesTheLogFileOff()
                  .arg(QString(line.left(11)), QString(line.mid(12)),
                       isSize ? "1024 to 1073741824" : "0 to 9"));
     QCOMPARE(textsOf(switches), textsOf({}));
+}
+
+void TestSwitches::leastAndMostAreTaken()
+{
+    Switches switches;
+    QCOMPARE(switches.read(write("logFileSize=1024\nlogFileKept=0\n")), QStringList());
+    QCOMPARE(switches.logFileSize, qint64(1024));
+    QCOMPARE(switches.logFileKept, qint64(0));
+    QCOMPARE(switches.read(write("logFileSize=1073741824\nlogFileKept=9\n")), QStringList());
+    QCOMPARE(switches.logFileSize, qint64(1073741824));
+    QCOMPARE(switches.logFileKept, qint64(9));
 }
 
 void TestSwitches::commasStayInThePath()

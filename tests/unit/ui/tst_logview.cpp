@@ -65,6 +65,7 @@ private slots:
     void copiesAll();
     void savesAll();
     void threadsMayAppend();
+    void historyHasTheLinesOfAllThreads();
 
 private:
     void fill(int count);
@@ -157,6 +158,10 @@ void TestLogView::followsUntilItIsScrolled()
     QCOMPARE(shown().last(), QString("later"));
     view->append("latest");
     QTRY_COMPARE_WITH_TIMEOUT(shown().last(), QString("latest"), patienceMs);
+    press(Qt::Key_Up);
+    press(Qt::Key_Down); // at the end again
+    view->append("last of all");
+    QTRY_COMPARE_WITH_TIMEOUT(shown().last(), QString("last of all"), patienceMs);
 }
 
 void TestLogView::hiddenOneShowsNothingNew()
@@ -245,6 +250,23 @@ void TestLogView::threadsMayAppend()
         writer.join();
     view->append("last");
     QTRY_COMPARE_WITH_TIMEOUT(shown().last(), QString("last"), patienceMs);
+}
+
+void TestLogView::historyHasTheLinesOfAllThreads()
+{
+    constexpr int threads = 4;
+    constexpr int lines = 100000; // long enough to meet each other
+    LogHistory history;
+    std::vector<std::thread> writers;
+    for (int writer = 0; writer < threads; ++writer) {
+        writers.emplace_back([&history] {
+            for (int i = 0; i < lines; ++i)
+                history.append("from a thread");
+        });
+    }
+    for (std::thread& writer : writers)
+        writer.join();
+    QCOMPARE(history.end(), qint64(threads * lines));
 }
 
 QTEST_MAIN(TestLogView)
