@@ -35,12 +35,8 @@ def test_engine_ends_before_the_sleep_and_starts_after_it(install, address, star
         assert app.engine_pids() == []
         manager.announce(False)
         wait_for(lambda: manager.delays() == DELAYS, what="a delay for the next sleep")
-        engine = app.engine_pid()
-        assert engine != first
-        # What the window says comes before it: a waking up counts as started.
-        wait_for(lambda: any(event.pid == engine and event.fields["result"] == "0"
-                             for event in app.journal("status")), what="a ready engine")
-    app.wait_until_shows("Started and ready")
+        assert app.engine_pid() != first
+        app.wait_for_ready_engine()
     assert app.log_count("Vireon exited") == 0
 
 
@@ -57,6 +53,7 @@ def test_sleep_waits_for_the_engines_end_and_no_longer(install, address, start_m
     wait_for(lambda: manager.delays() == [], what="no delay any more")
     manager.announce(False)
     wait_for(lambda: manager.delays() == DELAYS, what="a delay for the next sleep")
+    app.wait_for_ready_engine()
 
 
 def test_engine_that_a_script_stops_allows_no_sleep(install, address, start_manager):
@@ -68,7 +65,7 @@ def test_engine_that_a_script_stops_allows_no_sleep(install, address, start_mana
     assert app.control("show").returncode == 0
     assert manager.delays() == DELAYS
     assert app.control("wake").returncode == 0
-    app.wait_until_shows("Started and ready")
+    app.wait_for_ready_engine()
 
 
 def test_signals_of_others_are_passed_over(install, bus, address, start_manager):
@@ -82,6 +79,7 @@ def test_signals_of_others_are_passed_over(install, bus, address, start_manager)
     wait_for(lambda: app.log_count("woken up"), what="the login manager's word")
     assert app.log_count("going to sleep") == 0
     wait_for(lambda: app.engine_pids() and app.engine_pid() != before, what="the engine it starts")
+    app.wait_for_ready_engine()
 
 
 def test_login_manager_may_come_later(install, address, start_manager):

@@ -47,8 +47,7 @@ def test_sleeps_and_wakes(app):
     assert app.control("sleep").returncode == DONE
     wait_for(lambda: not app.engine_pids(), what="the engine's end")
     assert app.control("wake").returncode == DONE
-    app.engine_pid()
-    app.wait_until_shows("Started and ready")
+    app.wait_for_ready_engine()
 
 
 def test_quits_and_waits_for_the_end(app):

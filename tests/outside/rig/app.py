@@ -303,6 +303,14 @@ class App:
         """The letters that engines took: all, or those of one start (from 1)."""
         return [event.letter for event in self.journal("letter") if start in (None, event.start)]
 
+    def wait_for_ready_engine(self):
+        """Waits until the engine that runs has reported to be ready, and the window says so; after
+        a waking up it does so before."""
+        engine = self.engine_pid()
+        processes.wait_for(lambda: any(event.pid == engine and event.fields["result"] == "0"
+                                       for event in self.journal("status")), what="a ready engine")
+        self.wait_until_shows("Started and ready")
+
     def engine_signals(self):
         """The signals that asked engines to end."""
         return [event.fields["signal"] for event in self.requests_to_end()]
