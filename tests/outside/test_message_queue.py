@@ -37,7 +37,7 @@ def window(subject, service):
     return start
 
 
-@pytest.mark.parametrize("environment", [NO_TRAY, UNITY])
+@pytest.mark.parametrize("environment", [NO_TRAY, UNITY], ids=["no-tray", "unity"])
 def test_burst_is_shown_one_by_one(service, window, environment):
     hub = window(environment)
     for text in "ABC":
@@ -83,7 +83,8 @@ def test_message_stays_on_unity(service, window):
     assert service.calls_of("CloseNotification") == []
 
 
-@pytest.mark.parametrize("environment, hint", [(NO_TRAY, NO_TRAY_HINT), (UNITY, TRAY_HINT)])
+@pytest.mark.parametrize("environment, hint", [(NO_TRAY, NO_TRAY_HINT), (UNITY, TRAY_HINT)],
+                         ids=["no-tray", "unity"])
 def test_hint_of_the_background_comes_once(service, window, environment, hint):
     hub = window(environment)
     hub.ask("call", "onClosing")

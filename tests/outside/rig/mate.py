@@ -1,6 +1,7 @@
 """A private MATE desktop."""
 
 import io
+import os
 import re
 import shutil
 import subprocess
@@ -13,10 +14,11 @@ from .processes import wait_for
 NOTIFICATION_AREA = "NotificationAreaAppletFactory::NotificationArea"
 INDICATORS = "IndicatorAppletFactory::IndicatorApplet"
 _APPLETS = {
-    NOTIFICATION_AREA: "/usr/lib/mate-panel/notification-area-applet",
-    INDICATORS: "/usr/lib/mate-indicator-applet/mate-indicator-applet",
+    NOTIFICATION_AREA: "mate-panel/notification-area-applet",
+    INDICATORS: "mate-indicator-applet/mate-indicator-applet",
 }
-_NOTIFICATION_DAEMON = "/usr/lib/mate-notification-daemon/mate-notification-daemon"
+_NOTIFICATION_DAEMON = "mate-notification-daemon/mate-notification-daemon"
+_PLACES = ("/usr/lib", "/usr/libexec")  # of these programs, by the release of Debian
 _HEIGHT = 24  # of the panel, in px; it lies at the lower edge
 _GREYISH = 80  # the highest saturation of the panel itself
 _SETTINGS = """[org/mate/panel/general]
@@ -43,6 +45,12 @@ default-session=['mate-settings-daemon']
 gnome-compat-startup=@as []
 logout-prompt=false
 """
+
+
+def _installed(program):
+    """Where this one of the programs is."""
+    directory, _, name = program.rpartition("/")
+    return shutil.which(name, path=os.pathsep.join(f"{place}/{directory}" for place in _PLACES))
 
 
 class Mate(Desktop):
@@ -98,8 +106,8 @@ class Mate(Desktop):
         (settings / "keyfile").write_text(_SETTINGS.format(
             applet=self._applet, items=str(self._items).lower(), height=_HEIGHT))
         factory, _, _ = self._applet.partition("::")
-        self._service(f"org.mate.panel.applet.{factory}", _APPLETS[self._applet])
-        self._service("org.freedesktop.Notifications", _NOTIFICATION_DAEMON)
+        self._service(f"org.mate.panel.applet.{factory}", _installed(_APPLETS[self._applet]))
+        self._service("org.freedesktop.Notifications", _installed(_NOTIFICATION_DAEMON))
 
 
 class MateSession(Mate):
